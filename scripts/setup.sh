@@ -1,0 +1,35 @@
+#!/usr/bin/env bash
+# Installs the Debian packages that building, testing, fuzzing and the
+# benchmarks need. Idempotent: when everything is present it only checks.
+#
+#   scripts/setup.sh            packages for build and tests
+#   scripts/setup.sh bench      ... and the peer libraries of the benchmarks
+set -euo pipefail
+
+packages=(
+    build-essential cmake ninja-build pkg-config binutils
+    libwxgtk3.2-dev libxml2-dev libutf8proc-dev
+    googletest libgtest-dev
+    clang libclang-rt-14-dev clang-format valgrind
+    xvfb xauth x11-utils xterm imagemagick fonts-dejavu-core
+)
+if [ "${1:-}" = bench ]; then
+    packages+=(libinih-dev libsimpleini-dev)
+fi
+
+missing=()
+for p in "${packages[@]}"; do
+    status=$(dpkg-query -W -f='${Status}' "$p" 2>/dev/null || true)
+    [ "$status" = "install ok installed" ] || missing+=("$p")
+done
+[ ${#missing[@]} -eq 0 ] && exit 0
+
+echo "setup: installing ${missing[*]}"
+sudo=""
+if [ "$(id -u)" -ne 0 ]; then
+    command -v sudo >/dev/null || { echo "setup: need root or sudo to install packages" >&2; exit 1; }
+    sudo=sudo
+fi
+export DEBIAN_FRONTEND=noninteractive
+$sudo apt-get update -qq
+$sudo apt-get install -y -qq --no-install-recommends "${missing[@]}" >/dev/null
