@@ -4,4 +4,6 @@
 #include <stdlib.h>
 #include <string.h>
 
-char* pd_strdup(const char* text) { return text ? strdup(text) : nullptr; }
+char* pd_strdup(const char* text) {
+    return text ? strdup(text) : nullptr;
+}

@@ -13,9 +13,13 @@ void CapturingHandler(const wxString& file, int line, const wxString& func, cons
 }
 } // namespace
 
-AssertCapture::AssertCapture() : m_previous(g_current) { g_current = this; }
+AssertCapture::AssertCapture() : m_previous(g_current) {
+    g_current = this;
+}
 
-AssertCapture::~AssertCapture() { g_current = m_previous; }
+AssertCapture::~AssertCapture() {
+    g_current = m_previous;
+}
 
 std::vector<wxString> AssertCapture::conditions() const {
     std::vector<wxString> out;
@@ -34,4 +38,6 @@ void AssertCapture::Record(const CapturedAssert& a) {
                   << (a.msg.empty() ? "" : ": ") << a.msg.utf8_str();
 }
 
-void InstallCapturingAssertHandler() { wxSetAssertHandler(CapturingHandler); }
+void InstallCapturingAssertHandler() {
+    wxSetAssertHandler(CapturingHandler);
+}

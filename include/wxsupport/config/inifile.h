@@ -44,8 +44,7 @@ VESK_API const char* inifile_read_string(inifile h, const char* sec, const char*
 
 VESK_API int inifile_write_long(inifile h, const char* sec, const char* key, long value);
 VESK_API int inifile_write_float(inifile h, const char* sec, const char* key, double value);
-VESK_API int inifile_write_string(inifile h, const char* sec, const char* key,
-                                  const char* value);
+VESK_API int inifile_write_string(inifile h, const char* sec, const char* key, const char* value);
 
 VESK_API int inifile_get_section_count(inifile h);
 VESK_API int inifile_get_key_count(inifile h, const char* sec);
