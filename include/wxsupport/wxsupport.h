@@ -1,0 +1,12 @@
+// All of wxsupport's public headers.
+#ifndef WXSUPPORT_WXSUPPORT_H
+#define WXSUPPORT_WXSUPPORT_H
+
+#include <wxsupport/config/inifile.h>
+#include <wxsupport/config/wxinifile.h>
+#include <wxsupport/controls/pdtextctrl.h>
+#include <wxsupport/text/jmsdatetime.h>
+#include <wxsupport/text/strings.h>
+#include <wxsupport/xml/xml-reader.h>
+
+#endif // WXSUPPORT_WXSUPPORT_H
