@@ -32,6 +32,7 @@
 
 #include <fcntl.h>
 #include <libgen.h>
+#include <sys/mman.h>
 #include <sys/stat.h>
 #include <time.h>
 #include <unistd.h>
@@ -118,6 +119,80 @@ private:
     size_t m_left = 0;
 };
 
+// Allocator for the store's big arrays. A store of a large file touches tens
+// of megabytes of fresh memory while it parses, and on virtual machines each
+// first touch of a 4 KiB page is expensive; blocks of 1 MiB and more are
+// therefore mapped directly and offered to the kernel for transparent huge
+// pages. Smaller blocks come from malloc.
+constexpr size_t kMapThreshold = size_t(1) << 20;
+
+void* bigAlloc(size_t bytes) {
+    if (bytes < kMapThreshold) {
+        void* p = std::malloc(bytes);
+        if (!p)
+            throw std::bad_alloc();
+        return p;
+    }
+    size_t len = (bytes + 4095) & ~size_t(4095);
+    void* p = ::mmap(nullptr, len, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+    if (p == MAP_FAILED)
+        throw std::bad_alloc();
+#ifdef MADV_HUGEPAGE
+    ::madvise(p, len, MADV_HUGEPAGE);
+#endif
+    return p;
+}
+
+void bigFree(void* p, size_t bytes) {
+    if (!p)
+        return;
+    if (bytes < kMapThreshold)
+        std::free(p);
+    else
+        ::munmap(p, (bytes + 4095) & ~size_t(4095));
+}
+
+template <class T>
+struct BigAllocator {
+    using value_type = T;
+    BigAllocator() = default;
+    template <class U>
+    BigAllocator(const BigAllocator<U>&) {}
+    T* allocate(size_t n) {
+        if (n > std::numeric_limits<size_t>::max() / sizeof(T))
+            throw std::bad_alloc();
+        return static_cast<T*>(bigAlloc(n * sizeof(T)));
+    }
+    void deallocate(T* p, size_t n) { bigFree(p, n * sizeof(T)); }
+    template <class U>
+    bool operator==(const BigAllocator<U>&) const {
+        return true;
+    }
+    template <class U>
+    bool operator!=(const BigAllocator<U>&) const {
+        return false;
+    }
+};
+
+template <class T>
+using BigVector = std::vector<T, BigAllocator<T>>;
+
+// The file's bytes, in memory from bigAlloc.
+struct Buffer {
+    char* p = nullptr;
+    size_t cap = 0;
+    Buffer() = default;
+    explicit Buffer(size_t n) : p(static_cast<char*>(bigAlloc(n))), cap(n) {}
+    ~Buffer() { bigFree(p, cap); }
+    Buffer(const Buffer&) = delete;
+    Buffer& operator=(const Buffer&) = delete;
+    void swap(Buffer& o) {
+        std::swap(p, o.p);
+        std::swap(cap, o.cap);
+    }
+    char* get() const { return p; }
+};
+
 // ---------------------------------------------------------------------------
 // Names: hashing and comparison under the case rule.
 
@@ -138,7 +213,7 @@ inline uint64_t mix(uint64_t h) {
     return h;
 }
 
-uint64_t hashBytes(const char* p, size_t n) {
+uint32_t hashBytes(const char* p, size_t n) {
     uint64_t h = 0x9E3779B97F4A7C15ULL ^ (n * 0xFF51AFD7ED558CCDULL);
     while (n >= 8) {
         h = (h ^ load64(p)) * 0x9E3779B97F4A7C15ULL;
@@ -152,7 +227,7 @@ uint64_t hashBytes(const char* p, size_t n) {
         h = (h ^ w) * 0x9E3779B97F4A7C15ULL;
         h ^= h >> 29;
     }
-    return mix(h);
+    return static_cast<uint32_t>(mix(h) >> 32);
 }
 
 // ASCII upper case to lower case in eight bytes at once; the bytes are known
@@ -233,22 +308,32 @@ void foldName(string_view s, bool caseSensitive, std::string& out) {
 
 // Hash of the folded form, with a fast path for short ASCII names that folds
 // on the stack.
-uint64_t hashName(string_view s, bool caseSensitive, std::string& scratch) {
+uint32_t hashName(string_view s, bool caseSensitive, std::string& scratch) {
     if (caseSensitive)
         return hashBytes(s.data(), s.size());
-    if (s.size() <= 256 && isAscii(s.data(), s.size())) {
-        char buf[264];
-        size_t n = s.size();
-        const char* p = s.data();
-        size_t i = 0;
-        for (; i + 8 <= n; i += 8) {
-            uint64_t w = asciiLower8(load64(p + i));
-            std::memcpy(buf + i, &w, 8);
-        }
-        for (; i < n; ++i)
-            buf[i] = (p[i] >= 'A' && p[i] <= 'Z') ? static_cast<char>(p[i] + 32) : p[i];
-        return hashBytes(buf, n);
+    // hashBytes of the ASCII-lowered bytes, folded and hashed in one pass.
+    const char* p = s.data();
+    size_t n = s.size();
+    uint64_t h = 0x9E3779B97F4A7C15ULL ^ (n * 0xFF51AFD7ED558CCDULL);
+    const uint64_t high = 0x8080808080808080ULL;
+    size_t i = 0;
+    for (; i + 8 <= n; i += 8) {
+        uint64_t w = load64(p + i);
+        if (w & high)
+            goto slow;
+        h = (h ^ asciiLower8(w)) * 0x9E3779B97F4A7C15ULL;
+        h ^= h >> 29;
     }
+    if (i < n) {
+        uint64_t w = 0;
+        std::memcpy(&w, p + i, n - i);
+        if (w & high)
+            goto slow;
+        h = (h ^ asciiLower8(w)) * 0x9E3779B97F4A7C15ULL;
+        h ^= h >> 29;
+    }
+    return static_cast<uint32_t>(mix(h) >> 32);
+slow:
     foldName(s, false, scratch);
     return hashBytes(scratch.data(), scratch.size());
 }
@@ -488,12 +573,11 @@ struct Line {
     uint8_t kind;
     uint8_t store;
     int32_t prev, next;
-    int32_t owner; // key of a key line, section of a header line
 };
 
 struct Key {
     Text name, value;
-    uint64_t hash;
+    uint32_t hash;
     int32_t sec;
     int32_t line;
     bool dups; // more lines with this name stand in its section
@@ -502,44 +586,60 @@ struct Key {
 
 struct Slot {
     uint32_t idx1; // index + 1; 0 is an empty slot
-    uint32_t tag;  // high half of the hash
+    uint32_t hash;
 };
 
+// A plain record, so that a hundred thousand of them cost no allocations: the
+// rare parts live in side tables of the store.
 struct Section {
     Text name;
-    uint64_t hash;
+    uint32_t hash;
     // Keys in order: the range [firstKey, firstKey + nKeys) of the key
     // vector while the section's keys are consecutive there (the usual case
-    // after parsing), otherwise the list.
-    int32_t firstKey = 0;
-    int32_t nKeys = 0;
-    bool useList = false;
-    bool dead = false;
-    std::vector<int32_t> list;
-    int32_t header;                  // header line of the first block
-    std::vector<int32_t> moreBlocks; // header lines of later blocks
-    int32_t tail;                    // line after which a new key goes
-    uint32_t slotBase = 0, slotCap = 0, slotUsed = 0;
-
-    int32_t keyCount() const { return useList ? static_cast<int32_t>(list.size()) : nKeys; }
-    int32_t keyAt(int32_t i) const { return useList ? list[static_cast<size_t>(i)] : firstKey + i; }
+    // after parsing), otherwise the list lists[list].
+    int32_t firstKey;
+    int32_t nKeys;
+    int32_t list;   // index into Data::lists, or kNone
+    int32_t more;   // index into Data::moreBlocks (header lines of later blocks), or kNone
+    int32_t header; // header line of the first block
+    int32_t tail;   // line after which a new key goes
+    uint32_t slotBase, slotCap, slotUsed;
+    bool dead;
 };
 
 struct Data {
-    std::unique_ptr<char[]> buf;
+    Buffer buf;
     size_t bufLen = 0;
     bool bom = false;
     bool crlf = false; // line end of new lines
     Arena arena;
-    std::vector<Line> lines;
+    BigVector<Line> lines;
     int32_t lastLine = 0;
-    std::vector<Key> keys;
-    std::vector<Section> sections;
-    std::vector<int32_t> order; // live sections in file order
-    std::vector<Slot> secSlots;
+    BigVector<Key> keys;
+    BigVector<Section> sections;
+    BigVector<int32_t> order; // live sections in file order
+    BigVector<Slot> secSlots;
     uint32_t secUsed = 0;
-    std::vector<Slot> keySlots; // slices, one per section
+    BigVector<Slot> keySlots; // slices, one per section
     size_t keySlotsWaste = 0;
+    std::vector<std::vector<int32_t>> lists;
+    std::vector<std::vector<int32_t>> moreBlocks;
+    std::vector<std::pair<int32_t, int32_t>> dupLines; // (key, line) of repeated keys
+    bool anyOwned = false;                             // whether records hold malloc'd text
+
+    int32_t keyCount(const Section& sec) const {
+        return sec.list == kNone ? sec.nKeys : static_cast<int32_t>(lists[sec.list].size());
+    }
+    int32_t keyAt(const Section& sec, int32_t i) const {
+        return sec.list == kNone ? sec.firstKey + i : lists[sec.list][static_cast<size_t>(i)];
+    }
+    // Header lines of every block of the section.
+    std::vector<int32_t> blocksOf(const Section& sec) const {
+        std::vector<int32_t> b(1, sec.header);
+        if (sec.more != kNone)
+            b.insert(b.end(), moreBlocks[sec.more].begin(), moreBlocks[sec.more].end());
+        return b;
+    }
 
     Data() {
         Line s{};
@@ -547,10 +647,11 @@ struct Data {
         s.kind = kHeader;
         s.store = kInBuffer;
         s.prev = s.next = kNone;
-        s.owner = kNone;
         lines.push_back(s);
     }
     ~Data() {
+        if (!anyOwned)
+            return;
         for (Key& k : keys) {
             release(k.name);
             release(k.value);
@@ -580,11 +681,7 @@ using Store = inifile_store;
 // ---------------------------------------------------------------------------
 // Section table.
 
-inline uint32_t tagOf(uint64_t h) {
-    return static_cast<uint32_t>(h >> 32);
-}
-
-int32_t findSection(Store& st, string_view name, uint64_t h) {
+int32_t findSection(Store& st, string_view name, uint32_t h) {
     Data& d = *st.d;
     if (d.secSlots.empty())
         return kNone;
@@ -593,7 +690,7 @@ int32_t findSection(Store& st, string_view name, uint64_t h) {
         const Slot& s = d.secSlots[i];
         if (!s.idx1)
             return kNone;
-        if (s.tag == tagOf(h)) {
+        if (s.hash == h) {
             Section& sec = d.sections[s.idx1 - 1];
             if (sec.hash == h && sameName(sec.name.view(), name, st.caseSensitive))
                 return static_cast<int32_t>(s.idx1 - 1);
@@ -601,18 +698,18 @@ int32_t findSection(Store& st, string_view name, uint64_t h) {
     }
 }
 
-void placeSection(std::vector<Slot>& slots, uint32_t idx, uint64_t h) {
+void placeSection(BigVector<Slot>& slots, uint32_t idx, uint32_t h) {
     size_t mask = slots.size() - 1;
     size_t i = h & mask;
     while (slots[i].idx1)
         i = (i + 1) & mask;
     slots[i].idx1 = idx + 1;
-    slots[i].tag = tagOf(h);
+    slots[i].hash = h;
 }
 
 void growSectionTable(Data& d) {
     size_t cap = d.secSlots.empty() ? 16 : d.secSlots.size() * 2;
-    std::vector<Slot> fresh(cap, Slot{0, 0});
+    BigVector<Slot> fresh(cap, Slot{0, 0});
     for (const Slot& s : d.secSlots)
         if (s.idx1)
             placeSection(fresh, s.idx1 - 1, d.sections[s.idx1 - 1].hash);
@@ -663,7 +760,7 @@ void eraseSection(Data& d, int32_t idx) {
 // ---------------------------------------------------------------------------
 // Key tables: a slice of keySlots per section.
 
-int32_t findKey(Store& st, const Section& sec, string_view name, uint64_t h) {
+int32_t findKey(Store& st, const Section& sec, string_view name, uint32_t h) {
     if (!sec.slotCap)
         return kNone;
     Data& d = *st.d;
@@ -673,7 +770,7 @@ int32_t findKey(Store& st, const Section& sec, string_view name, uint64_t h) {
         const Slot& s = slots[i];
         if (!s.idx1)
             return kNone;
-        if (s.tag == tagOf(h)) {
+        if (s.hash == h) {
             const Key& k = d.keys[s.idx1 - 1];
             if (k.hash == h && sameName(k.name.view(), name, st.caseSensitive))
                 return static_cast<int32_t>(s.idx1 - 1);
@@ -681,24 +778,30 @@ int32_t findKey(Store& st, const Section& sec, string_view name, uint64_t h) {
     }
 }
 
-void placeKey(Slot* slots, uint32_t cap, uint32_t idx, uint64_t h) {
+void placeKey(Slot* slots, uint32_t cap, uint32_t idx, uint32_t h) {
     size_t mask = cap - 1;
     size_t i = h & mask;
     while (slots[i].idx1)
         i = (i + 1) & mask;
     slots[i].idx1 = idx + 1;
-    slots[i].tag = tagOf(h);
+    slots[i].hash = h;
 }
 
 void rebuildKeyTables(Data& d);
 
 // Gives the section a slice of at least cap slots and places its keys again.
 void resizeKeySlice(Data& d, Section& sec, uint32_t cap) {
-    std::vector<uint32_t> live;
-    live.reserve(sec.slotUsed);
+    Slot small[64];
+    std::vector<Slot> large;
+    Slot* live = small;
+    if (sec.slotCap > 64) {
+        large.resize(sec.slotCap);
+        live = large.data();
+    }
+    uint32_t nLive = 0;
     for (uint32_t i = 0; i < sec.slotCap; ++i)
         if (d.keySlots[sec.slotBase + i].idx1)
-            live.push_back(d.keySlots[sec.slotBase + i].idx1 - 1);
+            live[nLive++] = d.keySlots[sec.slotBase + i];
     bool atEnd = sec.slotBase + sec.slotCap == d.keySlots.size();
     if (atEnd) {
         d.keySlots.resize(sec.slotBase);
@@ -708,12 +811,21 @@ void resizeKeySlice(Data& d, Section& sec, uint32_t cap) {
     }
     d.keySlots.resize(sec.slotBase + static_cast<size_t>(cap), Slot{0, 0});
     sec.slotCap = cap;
-    for (uint32_t k : live)
-        placeKey(d.keySlots.data() + sec.slotBase, cap, k, d.keys[k].hash);
+    for (uint32_t i = 0; i < nLive; ++i)
+        placeKey(d.keySlots.data() + sec.slotBase, cap, live[i].idx1 - 1, live[i].hash);
+}
+
+// Key slices are filled to three quarters: ten keys fit in sixteen slots.
+inline bool keySliceFull(const Section& sec) {
+    return (sec.slotUsed + 1) * 4 > sec.slotCap * 3;
 }
 
 void insertKeySlot(Data& d, Section& sec, int32_t idx) {
-    if ((sec.slotUsed + 1) * 2 > sec.slotCap) {
+    if (!sec.slotCap) { // a first slice: sixteen empty slots at the end
+        sec.slotBase = static_cast<uint32_t>(d.keySlots.size());
+        sec.slotCap = 16;
+        d.keySlots.resize(d.keySlots.size() + 16, Slot{0, 0});
+    } else if (keySliceFull(sec)) {
         uint32_t cap = sec.slotCap ? sec.slotCap * 2 : 16;
         resizeKeySlice(d, sec, cap);
         if (d.keySlotsWaste > 1024 && d.keySlotsWaste > d.keySlots.size() / 2)
@@ -742,7 +854,7 @@ void eraseKeySlot(Data& d, Section& sec, int32_t idx) {
 
 uint32_t capFor(size_t n) {
     uint32_t cap = 16;
-    while (cap < n * 2)
+    while (cap * 3 < (n + 1) * 4)
         cap *= 2;
     return cap;
 }
@@ -751,18 +863,18 @@ uint32_t capFor(size_t n) {
 void rebuildKeyTables(Data& d) {
     size_t total = 0;
     for (int32_t s : d.order)
-        total += capFor(static_cast<size_t>(d.sections[s].keyCount()));
-    std::vector<Slot> fresh(total, Slot{0, 0});
+        total += capFor(static_cast<size_t>(d.keyCount(d.sections[s])));
+    BigVector<Slot> fresh(total, Slot{0, 0});
     size_t base = 0;
     for (Section& sec : d.sections)
         sec.slotBase = sec.slotCap = sec.slotUsed = 0;
     for (int32_t s : d.order) {
         Section& sec = d.sections[s];
         sec.slotBase = static_cast<uint32_t>(base);
-        sec.slotCap = capFor(static_cast<size_t>(sec.keyCount()));
+        sec.slotCap = capFor(static_cast<size_t>(d.keyCount(sec)));
         base += sec.slotCap;
-        for (int32_t i = 0; i < sec.keyCount(); ++i) {
-            int32_t k = sec.keyAt(i);
+        for (int32_t i = 0; i < d.keyCount(sec); ++i) {
+            int32_t k = d.keyAt(sec, i);
             placeKey(fresh.data() + sec.slotBase, sec.slotCap, static_cast<uint32_t>(k),
                      d.keys[k].hash);
             ++sec.slotUsed;
@@ -791,8 +903,8 @@ void rehashAll(Store& st) {
         sec.slotBase = sec.slotCap = sec.slotUsed = 0;
     for (int32_t s : d.order) {
         Section& sec = d.sections[s];
-        for (int32_t i = 0; i < sec.keyCount(); ++i) {
-            int32_t k = sec.keyAt(i);
+        for (int32_t i = 0; i < d.keyCount(sec); ++i) {
+            int32_t k = d.keyAt(sec, i);
             Key& key = d.keys[k];
             key.hash = hashName(key.name.view(), st.caseSensitive, st.scratch);
             if (findKey(st, sec, key.name.view(), key.hash) == kNone)
@@ -808,7 +920,7 @@ const char* eolText(uint8_t eol) {
     return eol == 2 ? "\r\n" : eol == 1 ? "\n" : "";
 }
 
-int32_t newLine(Data& d, uint8_t kind, std::string&& text, int32_t owner) {
+int32_t newLine(Data& d, uint8_t kind, std::string&& text) {
     Text t = makeOwned(text);
     Line l{};
     l.p = t.p;
@@ -817,7 +929,6 @@ int32_t newLine(Data& d, uint8_t kind, std::string&& text, int32_t owner) {
     l.kind = kind;
     l.store = kOwnedText;
     l.prev = l.next = kNone;
-    l.owner = owner;
     try {
         d.lines.push_back(l);
     } catch (...) {
@@ -901,14 +1012,16 @@ int32_t lookupKey(Store& st, const char* sec, const char* key) {
 }
 
 // Adds a section record (no lines).
-int32_t addSectionRecord(Store& st, Text name, uint64_t h, int32_t header) {
+int32_t addSectionRecord(Store& st, Text name, uint32_t h, int32_t header) {
     Data& d = *st.d;
-    Section sec;
+    Section sec{};
     sec.name = name;
     sec.hash = h;
+    sec.list = kNone;
+    sec.more = kNone;
     sec.header = header;
     sec.tail = header;
-    d.sections.push_back(std::move(sec));
+    d.sections.push_back(sec);
     int32_t idx = static_cast<int32_t>(d.sections.size() - 1);
     d.order.push_back(idx);
     insertSection(d, idx);
@@ -916,7 +1029,7 @@ int32_t addSectionRecord(Store& st, Text name, uint64_t h, int32_t header) {
 }
 
 // A new section at the end of the file, with its header line.
-int32_t createSection(Store& st, string_view name, uint64_t h) {
+int32_t createSection(Store& st, string_view name, uint32_t h) {
     Data& d = *st.d;
     d.lines.reserve(d.lines.size() + 2);
     d.sections.reserve(d.sections.size() + 1);
@@ -924,46 +1037,62 @@ int32_t createSection(Store& st, string_view name, uint64_t h) {
     Text t = makeOwned(name);
     int32_t li;
     try {
-        li = newLine(d, kHeader, headerLine(name), kNone);
+        li = newLine(d, kHeader, headerLine(name));
     } catch (...) {
         release(t);
         throw;
     }
+    d.anyOwned = true;
     int32_t idx = addSectionRecord(st, t, h, li);
-    d.lines[li].owner = idx;
     linkAfter(d, d.lastLine, li);
     return idx;
 }
 
-void appendKeyToOrder(Section& sec, int32_t k) {
-    if (!sec.useList) {
-        if (sec.nKeys == 0) {
-            sec.firstKey = k;
-            sec.nKeys = 1;
-            return;
-        }
-        if (sec.firstKey + sec.nKeys == k) {
-            ++sec.nKeys;
-            return;
-        }
-        sec.list.reserve(static_cast<size_t>(sec.nKeys) + 8);
+// Gives the section an explicit key list (may throw; changes nothing then).
+void ensureList(Data& d, Section& sec, size_t extra) {
+    if (sec.list == kNone) {
+        std::vector<int32_t> list;
+        list.reserve(static_cast<size_t>(sec.nKeys) + extra);
         for (int32_t i = 0; i < sec.nKeys; ++i)
-            sec.list.push_back(sec.firstKey + i);
-        sec.useList = true;
+            list.push_back(sec.firstKey + i);
+        d.lists.push_back(std::move(list));
+        sec.list = static_cast<int32_t>(d.lists.size() - 1);
+    } else {
+        d.lists[sec.list].reserve(d.lists[sec.list].size() + extra);
     }
-    sec.list.push_back(k);
 }
 
-void removeKeyFromOrder(Section& sec, int32_t k) {
-    if (!sec.useList) {
-        sec.list.reserve(static_cast<size_t>(sec.nKeys));
-        for (int32_t i = 0; i < sec.nKeys; ++i)
-            sec.list.push_back(sec.firstKey + i);
-        sec.useList = true;
+// Whether key k can extend the section's range of consecutive keys.
+inline bool extendsRange(const Section& sec, int32_t k) {
+    return sec.list == kNone && (sec.nKeys == 0 || sec.firstKey + sec.nKeys == k);
+}
+
+void appendKeyToOrder(Data& d, Section& sec, int32_t k) {
+    if (extendsRange(sec, k)) {
+        if (sec.nKeys == 0)
+            sec.firstKey = k;
+        ++sec.nKeys;
+        return;
     }
-    auto it = std::find(sec.list.begin(), sec.list.end(), k);
-    if (it != sec.list.end())
-        sec.list.erase(it);
+    ensureList(d, sec, 8);
+    d.lists[sec.list].push_back(k);
+}
+
+void removeKeyFromOrder(Data& d, Section& sec, int32_t k) {
+    if (sec.list == kNone && sec.nKeys > 0 && k == sec.firstKey + sec.nKeys - 1) {
+        --sec.nKeys; // the last of the range
+        return;
+    }
+    if (sec.list == kNone && sec.nKeys > 0 && k == sec.firstKey) {
+        ++sec.firstKey;
+        --sec.nKeys;
+        return;
+    }
+    ensureList(d, sec, 0);
+    std::vector<int32_t>& list = d.lists[sec.list];
+    auto it = std::find(list.begin(), list.end(), k);
+    if (it != list.end())
+        list.erase(it);
 }
 
 std::string keyLineText(string_view key, string_view value) {
@@ -978,9 +1107,9 @@ std::string keyLineText(string_view key, string_view value) {
 void writeValue(Store& st, const char* sec, const char* key, string_view value) {
     Data& d = *st.d;
     string_view sname(sec), kname(key);
-    uint64_t sh = hashName(sname, st.caseSensitive, st.scratch);
+    uint32_t sh = hashName(sname, st.caseSensitive, st.scratch);
     int32_t s = findSection(st, sname, sh);
-    uint64_t kh = hashName(kname, st.caseSensitive, st.scratch);
+    uint32_t kh = hashName(kname, st.caseSensitive, st.scratch);
     if (s != kNone) {
         int32_t k = findKey(st, d.sections[s], kname, kh);
         if (k != kNone) {
@@ -1018,14 +1147,14 @@ void writeValue(Store& st, const char* sec, const char* key, string_view value) 
     if (s == kNone)
         s = createSection(st, sname, sh);
     Section& secr = d.sections[s];
-    if (secr.useList)
-        secr.list.reserve(secr.list.size() + 1);
+    if (!extendsRange(secr, static_cast<int32_t>(d.keys.size())))
+        ensureList(d, secr, 1);
     Text n = makeOwned(kname);
     Text v;
     int32_t li;
     try {
         v = makeOwned(value);
-        li = newLine(d, kKeyLine, keyLineText(kname, value), kNone);
+        li = newLine(d, kKeyLine, keyLineText(kname, value));
     } catch (...) {
         release(n);
         release(v);
@@ -1038,11 +1167,11 @@ void writeValue(Store& st, const char* sec, const char* key, string_view value) 
     rec.sec = s;
     rec.line = li;
     d.keys.push_back(rec);
+    d.anyOwned = true;
     int32_t k = static_cast<int32_t>(d.keys.size() - 1);
-    d.lines[li].owner = k;
     linkAfter(d, secr.tail, li);
     secr.tail = li;
-    appendKeyToOrder(secr, k);
+    appendKeyToOrder(d, secr, k);
     insertKeySlot(d, secr, k);
 }
 
@@ -1065,22 +1194,16 @@ void removeKeyRecord(Data& d, int32_t k) {
         unlink(d, li);
     };
     if (rec.dups) {
-        std::vector<int32_t> blocks(1, sec.header);
-        blocks.insert(blocks.end(), sec.moreBlocks.begin(), sec.moreBlocks.end());
-        for (int32_t b : blocks) {
-            int32_t li = d.lines[b].next;
-            while (li != kNone && d.lines[li].kind != kHeader) {
-                int32_t next = d.lines[li].next;
-                if (d.lines[li].kind == kKeyLine && d.lines[li].owner == k)
-                    dropLine(li);
-                li = next;
+        for (auto& dup : d.dupLines) {
+            if (dup.first == k) {
+                dropLine(dup.second);
+                dup.first = kNone;
             }
         }
-    } else {
-        dropLine(rec.line);
     }
+    dropLine(rec.line);
     eraseKeySlot(d, sec, k);
-    removeKeyFromOrder(sec, k);
+    removeKeyFromOrder(d, sec, k);
     release(rec.name);
     release(rec.value);
     rec.dead = true;
@@ -1088,9 +1211,7 @@ void removeKeyRecord(Data& d, int32_t k) {
 
 void removeSectionRecord(Data& d, int32_t s) {
     Section& sec = d.sections[s];
-    std::vector<int32_t> blocks(1, sec.header);
-    blocks.insert(blocks.end(), sec.moreBlocks.begin(), sec.moreBlocks.end());
-    for (int32_t b : blocks) {
+    for (int32_t b : d.blocksOf(sec)) {
         unlinkBlockBody(d, b);
         if (b == 0) { // the head of the list stays, empty
             Line& head = d.lines[0];
@@ -1100,13 +1221,12 @@ void removeSectionRecord(Data& d, int32_t s) {
             head.len = 0;
             head.eol = 0;
             head.store = kInBuffer;
-            head.owner = kNone;
         } else {
             unlink(d, b);
         }
     }
-    for (int32_t i = 0; i < sec.keyCount(); ++i) {
-        Key& rec = d.keys[sec.keyAt(i)];
+    for (int32_t i = 0; i < d.keyCount(sec); ++i) {
+        Key& rec = d.keys[d.keyAt(sec, i)];
         release(rec.name);
         release(rec.value);
         rec.dead = true;
@@ -1114,9 +1234,10 @@ void removeSectionRecord(Data& d, int32_t s) {
     eraseSection(d, s);
     d.keySlotsWaste += sec.slotCap;
     sec.slotCap = sec.slotUsed = 0;
-    sec.list.clear();
-    sec.list.shrink_to_fit();
-    sec.useList = false;
+    if (sec.list != kNone) {
+        std::vector<int32_t>().swap(d.lists[sec.list]);
+        sec.list = kNone;
+    }
     sec.nKeys = 0;
     sec.dead = true;
     release(sec.name);
@@ -1158,7 +1279,7 @@ private:
     void addTrivia(const char* p, size_t len, uint8_t eol);
     bool addHeader(string_view content, const char* p, size_t len, uint8_t eol, ParseError& err);
     void addKey(string_view content, const char* p, size_t len, uint8_t eol);
-    int32_t pushLine(const char* p, size_t len, uint8_t eol, uint8_t kind, int32_t owner) {
+    int32_t pushLine(const char* p, size_t len, uint8_t eol, uint8_t kind) {
         Line l;
         l.p = p;
         l.len = static_cast<uint32_t>(len);
@@ -1167,7 +1288,6 @@ private:
         l.store = kInBuffer;
         l.prev = m_d.lastLine;
         l.next = kNone;
-        l.owner = owner;
         m_d.lines.push_back(l);
         int32_t li = static_cast<int32_t>(m_d.lines.size() - 1);
         m_d.lines[m_d.lastLine].next = li;
@@ -1195,7 +1315,7 @@ void Parser::addTrivia(const char* p, size_t len, uint8_t eol) {
         last.eol = eol;
         return;
     }
-    pushLine(p, len, eol, kTrivia, kNone);
+    pushLine(p, len, eol, kTrivia);
 }
 
 bool Parser::addHeader(string_view content, const char* p, size_t len, uint8_t eol,
@@ -1225,16 +1345,20 @@ bool Parser::addHeader(string_view content, const char* p, size_t len, uint8_t e
         }
         name = textOf(trim(rest.substr(0, close)));
     }
-    uint64_t h = hashName(name.view(), m_st.caseSensitive, m_st.scratch);
+    uint32_t h = hashName(name.view(), m_st.caseSensitive, m_st.scratch);
     int32_t s = findSection(m_st, name.view(), h);
-    int32_t li = pushLine(p, len, eol, kHeader, kNone);
+    int32_t li = pushLine(p, len, eol, kHeader);
     if (s == kNone) {
         s = addSectionRecord(m_st, name, h, li);
     } else {
-        m_d.sections[s].moreBlocks.push_back(li);
-        m_d.sections[s].tail = li;
+        Section& sec = m_d.sections[s];
+        if (sec.more == kNone) {
+            m_d.moreBlocks.emplace_back();
+            sec.more = static_cast<int32_t>(m_d.moreBlocks.size() - 1);
+        }
+        m_d.moreBlocks[sec.more].push_back(li);
+        sec.tail = li;
     }
-    m_d.lines[li].owner = s;
     m_cur = s;
     return true;
 }
@@ -1242,23 +1366,22 @@ bool Parser::addHeader(string_view content, const char* p, size_t len, uint8_t e
 void Parser::addKey(string_view content, const char* p, size_t len, uint8_t eol) {
     if (m_cur == kNone) { // keys before the first header: section "", block at the list head
         string_view empty(p, 0);
-        uint64_t h = hashName(empty, m_st.caseSensitive, m_st.scratch);
+        uint32_t h = hashName(empty, m_st.caseSensitive, m_st.scratch);
         m_cur = findSection(m_st, empty, h);
-        if (m_cur == kNone) {
+        if (m_cur == kNone)
             m_cur = addSectionRecord(m_st, Text(), h, 0);
-            m_d.lines[0].owner = m_cur;
-        }
     }
     KeyLineParts parts = splitKeyLine(content);
     string_view rawKey = content.substr(parts.keyBeg, parts.keyEnd - parts.keyBeg);
     Text name = parts.quotedKey ? m_d.arena.copy(unescape(rawKey.substr(1, rawKey.size() - 2)))
                                 : textOf(rawKey);
     Section& sec = m_d.sections[m_cur];
-    uint64_t h = hashName(name.view(), m_st.caseSensitive, m_st.scratch);
+    uint32_t h = hashName(name.view(), m_st.caseSensitive, m_st.scratch);
     int32_t existing = findKey(m_st, sec, name.view(), h);
     if (existing != kNone) {
         m_d.keys[existing].dups = true;
-        sec.tail = pushLine(p, len, eol, kKeyLine, existing);
+        sec.tail = pushLine(p, len, eol, kKeyLine);
+        m_d.dupLines.emplace_back(existing, sec.tail);
         return;
     }
     string_view rawVal = content.substr(parts.valBeg, parts.valEnd - parts.valBeg);
@@ -1275,10 +1398,10 @@ void Parser::addKey(string_view content, const char* p, size_t len, uint8_t eol)
     k.dups = false;
     k.dead = false;
     int32_t ki = static_cast<int32_t>(m_d.keys.size());
-    k.line = pushLine(p, len, eol, kKeyLine, ki);
+    k.line = pushLine(p, len, eol, kKeyLine);
     m_d.keys.push_back(k);
     sec.tail = k.line;
-    appendKeyToOrder(sec, ki);
+    appendKeyToOrder(m_d, sec, ki);
     insertKeySlot(m_d, sec, ki);
 }
 
@@ -1296,9 +1419,15 @@ bool Parser::run(ParseError& err) {
         err.message = "the file contains a NUL byte";
         return false;
     }
+    // Room for the records, counted generously so that nothing moves while
+    // parsing; the big blocks are mapped, and pages never touched cost nothing.
     size_t newlines = static_cast<size_t>(std::count(p, end, '\n'));
+    size_t brackets = static_cast<size_t>(std::count(p, end, '['));
     m_d.lines.reserve(newlines + 2);
     m_d.keys.reserve(newlines + 1);
+    m_d.sections.reserve(brackets + 2);
+    m_d.order.reserve(brackets + 2);
+    m_d.keySlots.reserve((brackets + 2) * 16 + newlines * 2);
     m_d.lines[0].p = p;
     bool eolKnown = false;
     while (p < end) {
@@ -1338,7 +1467,7 @@ bool Parser::run(ParseError& err) {
 // ---------------------------------------------------------------------------
 // Files.
 
-bool readWholeFile(const char* path, std::unique_ptr<char[]>& buf, size_t& len, int& err) {
+bool readWholeFile(const char* path, Buffer& buf, size_t& len, int& err) {
     int fd;
     do
         fd = ::open(path, O_RDONLY | O_CLOEXEC);
@@ -1352,12 +1481,12 @@ bool readWholeFile(const char* path, std::unique_ptr<char[]>& buf, size_t& len, 
     if (fstat(fd, &sb) == 0 && S_ISREG(sb.st_mode) && sb.st_size > 0)
         cap = static_cast<size_t>(sb.st_size);
     cap += 1; // one more byte to see the end without a second read
-    std::unique_ptr<char[]> data(new char[cap]);
+    Buffer data(cap);
     size_t got = 0;
     for (;;) {
         if (got == cap) {
             size_t ncap = cap * 2;
-            std::unique_ptr<char[]> bigger(new char[ncap]);
+            Buffer bigger(ncap);
             std::memcpy(bigger.get(), data.get(), got);
             data.swap(bigger);
             cap = ncap;
@@ -1825,7 +1954,7 @@ int inifile_get_key_count(inifile h, const char* sec) {
     return guarded(
         [&] {
             const Section* p = liveSection(h, sec, s);
-            return p ? static_cast<int>(p->keyCount()) : 0;
+            return p ? static_cast<int>(h->d->keyCount(*p)) : 0;
         },
         0);
 }
@@ -1846,10 +1975,10 @@ const char* inifile_get_key_by_index(inifile h, const char* sec, int index) {
     return guarded(
         [&]() -> const char* {
             const Section* p = liveSection(h, sec, s);
-            if (!p || index < 0 || index >= p->keyCount())
+            if (!p || index < 0 || index >= h->d->keyCount(*p))
                 return nullptr;
             Data& d = *h->d;
-            return cstr(d, d.keys[p->keyAt(index)].name);
+            return cstr(d, d.keys[d.keyAt(*p, index)].name);
         },
         nullptr);
 }
@@ -1875,13 +2004,12 @@ int inifile_rename_section(inifile h, const char* old_name, const char* new_name
             if (!liveSection(h, old_name, s))
                 return 0;
             string_view nn(new_name);
-            uint64_t nh = hashName(nn, h->caseSensitive, h->scratch);
+            uint32_t nh = hashName(nn, h->caseSensitive, h->scratch);
             if (findSection(*h, nn, nh) != kNone)
                 return 0;
             Data& d = *h->d;
             Section& sec = d.sections[s];
-            std::vector<int32_t> blocks(1, sec.header);
-            blocks.insert(blocks.end(), sec.moreBlocks.begin(), sec.moreBlocks.end());
+            std::vector<int32_t> blocks = d.blocksOf(sec);
             // Prepare every new text first, so that a failure changes nothing.
             std::vector<Text> texts;
             texts.reserve(blocks.size());
@@ -1899,6 +2027,7 @@ int inifile_rename_section(inifile h, const char* old_name, const char* new_name
             }
             eraseSection(d, s);
             release(sec.name);
+            d.anyOwned = true;
             sec.name = newName;
             sec.hash = nh;
             insertSection(d, s);
@@ -1923,7 +2052,7 @@ int inifile_register_section(inifile h, const char* sec) {
     return guarded(
         [&] {
             string_view n(sec);
-            uint64_t sh = hashName(n, h->caseSensitive, h->scratch);
+            uint32_t sh = hashName(n, h->caseSensitive, h->scratch);
             if (findSection(*h, n, sh) != kNone)
                 return 0;
             createSection(*h, n, sh);
@@ -1946,11 +2075,11 @@ int inifile_copy_section(inifile h, const char* sec, inifile other) {
             Section& src = d.sections[s];
             const char* name = cstr(d, src.name);
             string_view n(name, src.name.len);
-            uint64_t oh = hashName(n, other->caseSensitive, other->scratch);
+            uint32_t oh = hashName(n, other->caseSensitive, other->scratch);
             if (findSection(*other, n, oh) == kNone)
                 createSection(*other, n, oh);
-            for (int32_t i = 0; i < src.keyCount(); ++i) {
-                Key& k = d.keys[src.keyAt(i)];
+            for (int32_t i = 0; i < d.keyCount(src); ++i) {
+                Key& k = d.keys[d.keyAt(src, i)];
                 writeValue(*other, name, cstr(d, k.name), k.value.view());
             }
             return 1;

@@ -1,0 +1,218 @@
+// INI store benchmark: open and save throughput on a generated file of about
+// 20 MB, read latency on a small and a large store, and the same file loaded
+// by the readers a user would otherwise pick, each as a ratio to ours.
+//
+//   bench/run.sh            (or build-bench/bench/ini/ini [--keep] [dir])
+#include <wxsupport/config/inifile.h>
+
+#include <wx/fileconf.h>
+#include <wx/init.h>
+#include <wx/log.h>
+
+#ifdef HAVE_INIH
+#include <ini.h>
+#endif
+#ifdef HAVE_SIMPLEINI
+#define SI_NO_CONVERSION
+#include <SimpleIni.h>
+#endif
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <functional>
+#include <random>
+#include <string>
+#include <vector>
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+double seconds(Clock::duration d) { return std::chrono::duration<double>(d).count(); }
+
+// Best of n runs of f, in seconds.
+double best(int n, const std::function<void()>& f) {
+    double b = 1e100;
+    for (int i = 0; i < n; ++i) {
+        auto t0 = Clock::now();
+        f();
+        b = std::min(b, seconds(Clock::now() - t0));
+    }
+    return b;
+}
+
+const int kSections = 100000;
+const int kKeysPerSection = 10;
+
+std::string sectionName(int s) { return "Section" + std::to_string(s); }
+std::string keyName(int k) { return "key_" + std::to_string(k); }
+
+// About 20 MB: 100,000 sections of 10 keys, a comment now and then.
+std::string generate() {
+    std::mt19937 rng(42);
+    std::string out;
+    out.reserve(21u << 20);
+    for (int s = 0; s < kSections; ++s) {
+        if (s % 10 == 0)
+            out += "; group " + std::to_string(s / 10) + "\n";
+        out += "[" + sectionName(s) + "]\n";
+        for (int k = 0; k < kKeysPerSection; ++k) {
+            out += keyName(k);
+            out += " = ";
+            unsigned n = 4 + rng() % 14;
+            for (unsigned i = 0; i < n; ++i)
+                out += static_cast<char>('a' + rng() % 26);
+            out += '\n';
+        }
+        out += '\n';
+    }
+    return out;
+}
+
+void writeFile(const std::string& path, const std::string& bytes) {
+    FILE* f = std::fopen(path.c_str(), "wb");
+    if (!f || std::fwrite(bytes.data(), 1, bytes.size(), f) != bytes.size() || std::fclose(f)) {
+        std::perror(path.c_str());
+        std::exit(1);
+    }
+}
+
+struct Query {
+    std::string sec, key;
+};
+
+// ns per read_string over the queries, best of three passes.
+double readLatency(inifile h, const std::vector<Query>& qs) {
+    volatile size_t sink = 0;
+    double t = best(3, [&] {
+        size_t sum = 0;
+        for (const Query& q : qs)
+            sum += static_cast<unsigned char>(
+                inifile_read_string(h, q.sec.c_str(), q.key.c_str(), "")[0]);
+        sink = sink + sum;
+    });
+    return t * 1e9 / static_cast<double>(qs.size());
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    wxInitializer init;
+    wxLog::EnableLogging(false);
+    std::string dir = "/tmp";
+    bool keep = false;
+    for (int i = 1; i < argc; ++i) {
+        if (std::strcmp(argv[i], "--keep") == 0)
+            keep = true;
+        else
+            dir = argv[i];
+    }
+    std::string path = dir + "/vesk-bench-" + std::to_string(getpid()) + ".ini";
+    std::string saved = path + ".saved";
+    std::string text = generate();
+    writeFile(path, text);
+    double mb = static_cast<double>(text.size()) / 1e6;
+    std::printf("file: %s, %.1f MB, %d sections of %d keys\n", path.c_str(), mb, kSections,
+                kKeysPerSection);
+
+    // Open: a fresh handle each run, so that its freeing isn't counted.
+    std::vector<inifile> handles;
+    double tOpen = best(5, [&] {
+        inifile h = inifile_new();
+        pdError* e = nullptr;
+        if (inifile_open(h, path.c_str(), &e) != 0) {
+            std::printf("open failed: %s: %s\n", pderror_region(e), pderror_message(e));
+            std::exit(1);
+        }
+        handles.push_back(h);
+    });
+    inifile big = handles.back();
+    handles.pop_back();
+    for (inifile h : handles)
+        inifile_delete(h);
+    std::printf("open:  %7.1f ms  %7.1f MB/s\n", tOpen * 1e3, mb / tOpen);
+
+    double tSave = best(3, [&] {
+        pdError* e = nullptr;
+        if (inifile_save(big, saved.c_str(), &e) != 0) {
+            std::printf("save failed: %s: %s\n", pderror_region(e), pderror_message(e));
+            std::exit(1);
+        }
+    });
+    std::printf("save:  %7.1f ms  %7.1f MB/s (temporary file, fsync, rename)\n", tSave * 1e3,
+                mb / tSave);
+
+    // Reads: a million random lookups on ten keys and on a million.
+    std::mt19937 rng(7);
+    const size_t kReads = 1000000;
+    std::vector<Query> smallQ, bigQ;
+    smallQ.reserve(kReads);
+    bigQ.reserve(kReads);
+    inifile small = inifile_new();
+    for (int k = 0; k < 10; ++k)
+        inifile_write_string(small, "Section", keyName(k).c_str(), "value");
+    for (size_t i = 0; i < kReads; ++i) {
+        smallQ.push_back({"Section", keyName(static_cast<int>(rng() % 10))});
+        bigQ.push_back({sectionName(static_cast<int>(rng() % kSections)),
+                        keyName(static_cast<int>(rng() % kKeysPerSection))});
+    }
+    // First touch of every value (a copy on first read) is not what we time.
+    for (const Query& q : bigQ)
+        inifile_read_string(big, q.sec.c_str(), q.key.c_str(), "");
+    double nsSmall = readLatency(small, smallQ);
+    double nsBig = readLatency(big, bigQ);
+    std::printf("read:  %7.1f ns on 10 keys, %7.1f ns on 1,000,000 keys (ratio %.2f)\n", nsSmall,
+                nsBig, nsBig / nsSmall);
+    inifile_delete(small);
+    inifile_delete(big);
+
+    std::printf("peers, open time as a multiple of ours (higher: we are faster):\n");
+#ifdef HAVE_INIH
+    {
+        double t = best(3, [&] {
+            size_t count = 0;
+            ini_parse(
+                path.c_str(),
+                [](void* user, const char*, const char*, const char*) -> int {
+                    ++*static_cast<size_t*>(user);
+                    return 1;
+                },
+                &count);
+        });
+        std::printf("  inih (parse only):  %8.1f ms  %6.2fx\n", t * 1e3, t / tOpen);
+    }
+#else
+    std::printf("  inih: not installed (libinih-dev), skipped\n");
+#endif
+#ifdef HAVE_SIMPLEINI
+    {
+        double t = best(3, [&] {
+            CSimpleIniA ini;
+            ini.SetUnicode(true);
+            ini.SetMultiKey(false);
+            ini.LoadFile(path.c_str());
+        });
+        std::printf("  SimpleIni:          %8.1f ms  %6.2fx\n", t * 1e3, t / tOpen);
+    }
+#else
+    std::printf("  SimpleIni: not installed (libsimpleini-dev), skipped\n");
+#endif
+    {
+        double t = best(1, [&] {
+            wxFileConfig cfg(wxEmptyString, wxEmptyString, wxString::FromUTF8(path.c_str()),
+                             wxEmptyString, wxCONFIG_USE_LOCAL_FILE);
+        });
+        std::printf("  wxFileConfig:       %8.1f ms  %6.2fx\n", t * 1e3, t / tOpen);
+    }
+    if (!keep) {
+        std::remove(path.c_str());
+        std::remove(saved.c_str());
+    }
+    return 0;
+}
