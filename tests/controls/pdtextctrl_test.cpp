@@ -513,6 +513,10 @@ TEST_F(PdTextCtrlTest, NumberGettersFallBackToZero) {
     ctrl->SetValue("abc");
     EXPECT_EQ(ctrl->GetLong(), 0);
     EXPECT_EQ(ctrl->GetDouble(), 0.0);
+    // A failed conversion still hands on what it read.
+    ctrl->SetValue("12.5abc");
+    EXPECT_EQ(ctrl->GetLong(), 12);
+    EXPECT_EQ(ctrl->GetDouble(), 12.5);
     // The getters ignore the kind and the range.
     pdTextCtrl* date = Make(pdTEXT_DATE, "7");
     date->SetRange(100, 200);

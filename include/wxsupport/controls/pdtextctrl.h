@@ -65,11 +65,13 @@ public:
     void SetDate(int year, int month, int day);
     // Writes "%02d:%02d"; valid if 0:00 to 23:59 or 24:00.
     void SetTime(int hour, int minute);
-    // The text read as a number; 0.0, or what the conversion reached, if it is bad.
+    // The text read as a number (current locale), whatever the kind; for bad
+    // text, what wxString::ToDouble left: the number it begins with, or 0.0.
     double GetDouble();
     // Writes "%g" (six significant digits); valid afterwards.
     void SetDouble(double value);
-    // The text read in base 10; 0, or what the conversion reached, if it is bad.
+    // The text read in base 10, whatever the kind; for bad text, what
+    // wxString::ToLong left: the number it begins with, or 0.
     long GetLong();
     // Writes "%ld"; valid afterwards.
     void SetLong(long value);
