@@ -126,6 +126,17 @@ bool ReadWindowId(int slave) {
     return false;
 }
 
+// Moves a descriptor above the three standard ones, which a GUI program may
+// have closed: the console's own descriptors must not be what dup2 later
+// replaces. Gives the new descriptor (close-on-exec), or -1.
+int AboveStandard(int fd) {
+    if (fd < 0 || fd > STDERR_FILENO)
+        return fd;
+    const int moved = fcntl(fd, F_DUPFD_CLOEXEC, STDERR_FILENO + 1);
+    close(fd);
+    return moved;
+}
+
 int Descriptor(ConsoleStd which) {
     return which == console_stdin    ? STDIN_FILENO
            : which == console_stdout ? STDOUT_FILENO
@@ -147,7 +158,7 @@ unsigned AnsiColour(unsigned bits) {
 bool console_alloc() {
     if (g_console.allocated || isatty(STDOUT_FILENO))
         return false;
-    const int master = posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC);
+    const int master = AboveStandard(posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC));
     if (master < 0)
         return false;
     char name[128];
@@ -156,7 +167,7 @@ bool console_alloc() {
         close(master);
         return false;
     }
-    const int slave = open(name, O_RDWR | O_NOCTTY | O_CLOEXEC);
+    const int slave = AboveStandard(open(name, O_RDWR | O_NOCTTY | O_CLOEXEC));
     if (slave < 0) {
         close(master);
         return false;

@@ -227,6 +227,28 @@ TEST_F(ConsoleWindow, FailsWhenNoTerminalStarts) {
     EXPECT_EQ("", ReadFileBytes(dir_.file("stdout")));
 }
 
+// A GUI program may start with its standard descriptors closed; the console
+// must then not take one of them for itself.
+TEST_F(ConsoleWindow, WorksWithClosedStandardDescriptors) {
+    const std::string problems = RunInChild([this]() -> std::string {
+        std::string p = PrepareChild();
+        close(STDIN_FILENO);
+        close(STDOUT_FILENO);
+        close(STDERR_FILENO);
+        if (pd_console_create() != 1)
+            return p + "no console";
+        // Each is a terminal that programs started from here inherit.
+        for (int fd = 0; fd <= 2; ++fd)
+            if (!isatty(fd) || (fcntl(fd, F_GETFD) & FD_CLOEXEC))
+                p += "descriptor " + std::to_string(fd) + " isn't an inherited terminal; ";
+        std::printf("out\n");
+        std::fprintf(stderr, "err\n");
+        return p;
+    });
+    EXPECT_EQ("", problems);
+    EXPECT_EQ("out\r\nerr\r\n", StandInOutput());
+}
+
 // Process ids of running xterm processes attached to the given pseudo-terminal.
 std::vector<pid_t> XtermsOn(const std::string& pts) {
     std::vector<pid_t> found;
