@@ -19,7 +19,7 @@ enum pdTextCtrlType {
     pdTEXT_LONG = 1,   // whole number in base 10, within the range if one is set
     pdTEXT_DOUBLE = 2, // floating-point number (current locale), within the range if set
     pdTEXT_TIME = 3,   // hour:minute, 0:00 to 23:59, or 24:00
-    pdTEXT_DATE = 4,   // year-month-day, a real date; the month counts from 1
+    pdTEXT_DATE = 4,   // year-month-day, a real date up to the year 1000000; month from 1
 };
 
 // Text control for one typed value. "####" (SetNoValue) marks a field with
