@@ -82,25 +82,26 @@ TEST(ConsoleSetColor, WritesSgrToTerminals) {
         {0x18, 0x18, "\033[0;90;100m"}, {0, 0, "\033[0;30;40m"}, {9, 9, "\033[0m"},
         {9, 1, "\033[0;37;41m"},        {7, 9, "\033[0m"},       {0x17, 0, "\033[0;97;40m"},
     };
-    for (const Case& c : cases) {
-        const std::string problems = RunInChild([&c]() -> std::string {
-            int out_master, out_slave, err_master, err_slave;
-            if (!OpenPty(&out_master, &out_slave) || !OpenPty(&err_master, &err_slave))
-                return "no pseudo-terminal";
-            dup2(out_slave, STDOUT_FILENO);
-            dup2(err_slave, STDERR_FILENO);
+    const std::string problems = RunInChild([&cases]() -> std::string {
+        int out_master, out_slave, err_master, err_slave;
+        if (!OpenPty(&out_master, &out_slave) || !OpenPty(&err_master, &err_slave))
+            return "no pseudo-terminal";
+        dup2(out_slave, STDOUT_FILENO);
+        dup2(err_slave, STDERR_FILENO);
+        std::string p;
+        for (const Case& c : cases) {
             pd_console_set_color(c.fg, c.bg);
-            const std::string out = DrainMaster(out_master, 200);
-            const std::string err = DrainMaster(err_master, 200);
-            std::string p;
+            const std::string out = DrainMaster(out_master, 50);
+            const std::string err = DrainMaster(err_master, 50);
+            const std::string which = std::to_string(c.fg) + "," + std::to_string(c.bg);
             if (out != c.sequence)
-                p += "stdout got '" + Escaped(out) + "'; ";
+                p += which + ": stdout got '" + Escaped(out) + "'; ";
             if (err != c.sequence)
-                p += "stderr got '" + Escaped(err) + "'; ";
-            return p;
-        });
-        EXPECT_EQ("", problems) << c.fg << "," << c.bg << " wants " << Escaped(c.sequence);
-    }
+                p += which + ": stderr got '" + Escaped(err) + "'; ";
+        }
+        return p;
+    });
+    EXPECT_EQ("", problems);
 }
 
 TEST(ConsoleSetColor, StaysInOrderWithBufferedText) {
@@ -115,7 +116,7 @@ TEST(ConsoleSetColor, StaysInOrderWithBufferedText) {
         pd_console_set_color(1, 0);
         std::printf("after");
         std::fflush(stdout);
-        const std::string out = DrainMaster(master, 200);
+        const std::string out = DrainMaster(master, 50);
         return out == "before\033[0;31;40mafter" ? "" : "got '" + Escaped(out) + "'";
     });
     EXPECT_EQ("", problems);
@@ -162,7 +163,7 @@ TEST(ConsoleSetColor, WritesNothingToPipesOrFiles) {
         std::string p;
         if (read(out_pipe[0], &c, 1) != 0)
             p += "stdout pipe got bytes; ";
-        const std::string err = DrainMaster(master, 200);
+        const std::string err = DrainMaster(master, 50);
         if (err != "\033[0;32;40m")
             p += "stderr got '" + Escaped(err) + "'";
         return p;
