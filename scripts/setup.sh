@@ -11,7 +11,7 @@ packages=(
     libwxgtk3.2-dev libxml2-dev libutf8proc-dev
     googletest libgtest-dev
     clang libclang-rt-14-dev clang-format valgrind
-    xvfb xauth x11-utils xterm imagemagick fonts-dejavu-core
+    xvfb xauth x11-utils xterm imagemagick fonts-dejavu-core tzdata
 )
 if [ "${1:-}" = bench ]; then
     packages+=(libinih-dev libsimpleini-dev)
