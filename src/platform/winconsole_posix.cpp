@@ -17,10 +17,8 @@
 #include "platform/winconsole.h"
 
 #include <cerrno>
-#include <csignal>
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
 #include <ctime>
 #include <string>
 
@@ -80,7 +78,8 @@ bool StartTerminal(int master, const char* slave_name) {
     if (child < 0)
         return false;
     if (child == 0) {
-        // Only async-signal-safe calls from here on.
+        // Only async-signal-safe calls from here on (the host may have
+        // threads), and execvp, which searches PATH without allocating.
         setsid();
         const pid_t terminal = fork();
         if (terminal != 0)
