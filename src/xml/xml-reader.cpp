@@ -107,6 +107,8 @@ wxXmlReader::wxXmlReader(const wxXmlReader& other)
 }
 
 wxXmlReader& wxXmlReader::operator=(const wxXmlReader& other) {
+    if (&other == this)
+        return *this;
     if (other.shares)
         ++*other.shares;
     DropShare(reader, shares);

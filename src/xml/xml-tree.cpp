@@ -57,6 +57,8 @@ wxXmlTree::wxXmlTree(const wxXmlTree& other)
 }
 
 wxXmlTree& wxXmlTree::operator=(const wxXmlTree& other) {
+    if (&other == this)
+        return *this;
     if (other.share)
         ++other.share->owners;
     Close();

@@ -34,6 +34,8 @@ wxXmlWriter::wxXmlWriter(const wxXmlWriter& other) : writer(other.writer), share
 }
 
 wxXmlWriter& wxXmlWriter::operator=(const wxXmlWriter& other) {
+    if (&other == this)
+        return *this; // dropping a share flushes; nothing to do here
     if (other.shares)
         ++*other.shares;
     DropShare(writer, shares);
