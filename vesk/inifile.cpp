@@ -938,6 +938,14 @@ int32_t newLine(Data& d, uint8_t kind, std::string&& text) {
     return static_cast<int32_t>(d.lines.size() - 1);
 }
 
+// Room for extra more elements, growing geometrically (a plain reserve of
+// size + extra would copy the whole vector on every call).
+template <class V>
+void reserveMore(V& v, size_t extra) {
+    if (v.size() + extra > v.capacity())
+        v.reserve(std::max(v.capacity() * 2, v.size() + extra));
+}
+
 // Gives a line without a line end (the last of a file without a final line
 // end) the store's line end, before another line follows it.
 void ensureEol(Data& d, int32_t li) {
@@ -1031,9 +1039,9 @@ int32_t addSectionRecord(Store& st, Text name, uint32_t h, int32_t header) {
 // A new section at the end of the file, with its header line.
 int32_t createSection(Store& st, string_view name, uint32_t h) {
     Data& d = *st.d;
-    d.lines.reserve(d.lines.size() + 2);
-    d.sections.reserve(d.sections.size() + 1);
-    d.order.reserve(d.order.size() + 1);
+    reserveMore(d.lines, 2);
+    reserveMore(d.sections, 1);
+    reserveMore(d.order, 1);
     Text t = makeOwned(name);
     int32_t li;
     try {
@@ -1058,7 +1066,7 @@ void ensureList(Data& d, Section& sec, size_t extra) {
         d.lists.push_back(std::move(list));
         sec.list = static_cast<int32_t>(d.lists.size() - 1);
     } else {
-        d.lists[sec.list].reserve(d.lists[sec.list].size() + extra);
+        reserveMore(d.lists[sec.list], extra);
     }
 }
 
@@ -1141,9 +1149,9 @@ void writeValue(Store& st, const char* sec, const char* key, string_view value) 
         }
     }
     // New key; reserve first so that nothing below fails half-way.
-    d.keys.reserve(d.keys.size() + 1);
-    d.lines.reserve(d.lines.size() + 2);
-    d.keySlots.reserve(d.keySlots.size() + 64);
+    reserveMore(d.keys, 1);
+    reserveMore(d.lines, 2);
+    reserveMore(d.keySlots, 64);
     if (s == kNone)
         s = createSection(st, sname, sh);
     Section& secr = d.sections[s];
