@@ -169,6 +169,58 @@ TEST(JmsDateTime, ParseNumbersAtTheEdgesOfInt) {
     EXPECT_TRUE(FieldsAre(d, 2023, 6, 15, 12, 30));
 }
 
+// For numbers that fit an int, parsing reads exactly what sscanf reads:
+// random short texts, compared with the C library's own scanner.
+TEST(JmsDateTime, ParseReadsAsScanfDoes) {
+    const char alphabet[] = "0123456789-- ::+\tx";
+    unsigned seed = 12345;
+    auto next = [&seed]() {
+        seed = seed * 1103515245u + 12345u;
+        return (seed >> 16) & 0x7FFF;
+    };
+    for (int i = 0; i < 20000; ++i) {
+        std::string text;
+        int digits = 0;
+        const unsigned length = next() % 14;
+        for (unsigned k = 0; k < length; ++k) {
+            char c = alphabet[next() % (sizeof alphabet - 1)];
+            digits = (c >= '0' && c <= '9') ? digits + 1 : 0;
+            if (digits > 9) // keep sscanf within int
+                c = '-', digits = 0;
+            text += c;
+        }
+        int y = 1000, mo = 6, d = 15;
+        const int n = std::sscanf(text.c_str(), "%d-%d-%d", &y, &mo, &d);
+        jmsDateTime v = Make(1000, 6, 15, 10, 30);
+        const bool ok = v.ParseDate(wxString(text.c_str(), wxConvLibc));
+        if (n == 3) {
+            jmsDateTime expected = Make(1000, 6, 15, 10, 30);
+            EXPECT_EQ(expected.SetDate(y, mo, d), ok) << text;
+            EXPECT_TRUE(v == expected) << "'" << text << "' gave " << v.FormatDate();
+        } else {
+            // What was read is stored unchecked (sscanf left the rest alone).
+            EXPECT_FALSE(ok) << text;
+            EXPECT_EQ(y, v.GetYear()) << text;
+            EXPECT_EQ(mo, v.GetMonth()) << text;
+            EXPECT_EQ(15, v.GetDay()) << text;
+        }
+
+        int h = 10, mi = 30;
+        const int tn = std::sscanf(text.c_str(), "%d:%d", &h, &mi);
+        jmsDateTime t = Make(2000, 1, 1, 10, 30);
+        const bool tok = t.ParseTime(wxString(text.c_str(), wxConvLibc));
+        if (tn == 2) {
+            jmsDateTime et = Make(2000, 1, 1, 10, 30);
+            EXPECT_EQ(et.SetTime(h, mi), tok) << text;
+            EXPECT_TRUE(t == et) << text;
+        } else {
+            EXPECT_FALSE(tok) << text;
+            EXPECT_EQ(h, t.GetHour()) << text;
+            EXPECT_EQ(30, t.GetMinute()) << text;
+        }
+    }
+}
+
 TEST(JmsDateTime, ParseTime) {
     jmsDateTime d = Make(2024, 3, 7, 11, 11);
     EXPECT_TRUE(d.ParseTime(wxT("8:5")));
