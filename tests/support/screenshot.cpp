@@ -1,5 +1,7 @@
 #include "screenshot.h"
 
+#include <cstdlib>
+
 #include <wx/filename.h>
 #include <wx/utils.h>
 #include <wx/window.h>
@@ -72,6 +74,26 @@ wxImage CaptureScreenRect(const wxRect& requested) {
     }
     XCloseDisplay(display);
     return image;
+}
+
+double ShareOfColour(const wxImage& image, const wxColour& colour, const wxRect& area,
+                     int tolerance) {
+    if (!image.IsOk())
+        return 0.0;
+    const wxRect whole(0, 0, image.GetWidth(), image.GetHeight());
+    const wxRect rect = area.IsEmpty() ? whole : area.Intersect(whole);
+    if (rect.IsEmpty())
+        return 0.0;
+    long matching = 0;
+    for (int y = rect.GetTop(); y <= rect.GetBottom(); ++y) {
+        for (int x = rect.GetLeft(); x <= rect.GetRight(); ++x) {
+            if (std::abs(image.GetRed(x, y) - colour.Red()) <= tolerance &&
+                std::abs(image.GetGreen(x, y) - colour.Green()) <= tolerance &&
+                std::abs(image.GetBlue(x, y) - colour.Blue()) <= tolerance)
+                ++matching;
+        }
+    }
+    return double(matching) / (double(rect.width) * rect.height);
 }
 
 wxImage CaptureWindow(wxWindow* window) {
