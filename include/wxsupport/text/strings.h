@@ -49,8 +49,9 @@ WXSUPPORT_API wxString wx_replace_copyright(const wxString& text);
 // Month of the date in local time, 1 (January) to 12 (December).
 WXSUPPORT_API int wx_get_month_number(const wxDateTime& date);
 
-// Sets the month from a number 1 to 12; the number is passed on unchecked, and
-// wxDateTime asserts on one outside that range.
+// Sets the month from a number 1 to 12 (the result of SetMonth isn't passed
+// on); any other number goes in as Inv_Month, which wxDateTime refuses with an
+// assertion.
 WXSUPPORT_API void wx_set_month_number(wxDateTime& date, int month);
 
 // Whether year, month and day form a real Gregorian calendar date; false for
