@@ -4,6 +4,7 @@
 
 #include <wxsupport/config/inifile.h>
 #include <wxsupport/config/wxinifile.h>
+#include <wxsupport/console/console.h>
 #include <wxsupport/controls/pdtextctrl.h>
 #include <wxsupport/text/jmsdatetime.h>
 #include <wxsupport/text/strings.h>
