@@ -21,7 +21,28 @@ bool Expired(Clock::time_point deadline) {
     return Clock::now() >= deadline;
 }
 
+int WaitScale() {
+    wxString text;
+    long factor = 0;
+    if (wxGetEnv("WXSUPPORT_WAIT_SCALE", &text) && text.ToLong(&factor, 10) && factor >= 1 &&
+        factor <= 1000)
+        return static_cast<int>(factor);
+    // valgrind preloads its own libraries into the program it runs.
+    if (wxGetEnv("LD_PRELOAD", &text) && text.Contains("vgpreload"))
+        return 10;
+    return 1;
+}
+
+Clock::time_point DeadlineAfter(int ms) {
+    return Clock::now() + std::chrono::milliseconds(ScaledMs(ms));
+}
+
 } // namespace
+
+int ScaledMs(int ms) {
+    static const int scale = WaitScale();
+    return ms * scale;
+}
 
 void DispatchPending() {
     if (!wxTheApp)
@@ -36,7 +57,7 @@ void DispatchPending() {
 }
 
 bool WaitFor(const std::function<bool()>& condition, int ms) {
-    const Clock::time_point deadline = Clock::now() + std::chrono::milliseconds(ms);
+    const Clock::time_point deadline = DeadlineAfter(ms);
     for (;;) {
         DispatchPending();
         if (condition())
@@ -48,7 +69,7 @@ bool WaitFor(const std::function<bool()>& condition, int ms) {
 }
 
 void Pump(int ms) {
-    const Clock::time_point deadline = Clock::now() + std::chrono::milliseconds(ms);
+    const Clock::time_point deadline = DeadlineAfter(ms);
     do {
         DispatchPending();
         wxMilliSleep(kStepMs);
@@ -62,7 +83,7 @@ bool ShowAndActivate(wxTopLevelWindow* window, int ms) {
         return false;
     // Without a window manager, Raise asks the X server for the input focus
     // itself; ask again now and then until the focus-in has arrived.
-    const Clock::time_point deadline = Clock::now() + std::chrono::milliseconds(ms);
+    const Clock::time_point deadline = DeadlineAfter(ms);
     Clock::time_point nextRaise = Clock::now();
     for (;;) {
         if (Clock::now() >= nextRaise) {

@@ -15,6 +15,10 @@ class wxWindow;
 // once.
 void DispatchPending();
 
+// A time limit stretched for slow runs: by WXSUPPORT_WAIT_SCALE if set (a
+// whole factor), else by 10 under valgrind. Every helper below applies it.
+int ScaledMs(int ms);
+
 // Dispatches events, a few milliseconds apart, until `condition` holds or `ms`
 // milliseconds have passed. Returns the condition's last answer.
 bool WaitFor(const std::function<bool()>& condition, int ms = 5000);
