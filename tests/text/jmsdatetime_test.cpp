@@ -11,7 +11,6 @@
 #include <cstdlib>
 #include <ctime>
 #include <fstream>
-#include <set>
 #include <sstream>
 #include <string>
 #include <vector>
