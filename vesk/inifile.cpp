@@ -1137,6 +1137,7 @@ void writeValue(Store& st, const char* sec, const char* key, string_view value) 
                 text.append(old.data() + parts.keyEnd, old.size() - parts.keyEnd);
             }
             Text v = makeOwned(value);
+            d.anyOwned = true;
             try {
                 setLineText(l, std::move(text));
             } catch (...) {
