@@ -5,8 +5,6 @@
 #include "pdtextctrl_fixture.h"
 #include "screenshot.h"
 
-#include <wx/uiaction.h>
-
 namespace {
 
 // The middle band of a control's image, away from the border, the caret and

@@ -1,7 +1,6 @@
 #include "gui_helpers.h"
 
 #include <wx/app.h>
-#include <wx/evtloop.h>
 #include <wx/toplevel.h>
 #include <wx/uiaction.h>
 #include <wx/utils.h>
