@@ -129,6 +129,29 @@ TEST_F(PdTextCtrlTest, TextEventIsSkippedOnToTheParentOnEveryPath) {
     EXPECT_EQ(m_textEvents[5].id, plain->GetId());
 }
 
+// The handlers are public; called directly they show what they hand on.
+TEST_F(PdTextCtrlTest, HandlersPassTheEventOnAndSkipIt) {
+    pdTextCtrl* ctrl = Make(pdTEXT_LONG, "", 300);
+    wxFocusEvent gained(wxEVT_SET_FOCUS, 555);
+    ctrl->OnSetFocus(gained);
+    wxFocusEvent lost(wxEVT_KILL_FOCUS, 556);
+    ctrl->OnKillFocus(lost);
+    EXPECT_TRUE(gained.GetSkipped());
+    EXPECT_TRUE(lost.GetSkipped());
+    ASSERT_EQ(m_focusEvents.size(), 2u);
+    EXPECT_EQ(m_focusEvents[0].type, wxEVT_COMMAND_SET_FOCUS);
+    EXPECT_EQ(m_focusEvents[0].id, 555) << "the focus event's id";
+    EXPECT_EQ(m_focusEvents[0].object, nullptr);
+    EXPECT_EQ(m_focusEvents[1].type, wxEVT_COMMAND_KILL_FOCUS);
+    EXPECT_EQ(m_focusEvents[1].id, 556);
+    EXPECT_TRUE(ctrl->IsValid()) << "focus changes don't test the text";
+
+    wxCommandEvent text(wxEVT_TEXT, 300);
+    ctrl->OnText(text);
+    EXPECT_TRUE(text.GetSkipped());
+    EXPECT_FALSE(ctrl->IsValid()) << "the empty text was tested";
+}
+
 TEST_F(PdTextCtrlTest, PlainControlIsNeverTested) {
     pdTextCtrl* ctrl = Make(pdTEXT_PLAIN);
     ctrl->SetValue("12:99");
