@@ -43,7 +43,7 @@ protected:
         const std::string path = bin_ + ":" + (getenv("PATH") ? getenv("PATH") : "/usr/bin:/bin");
         setenv("PATH", path.c_str(), 1);
         setenv("STANDIN_DIR", dir_.path().c_str(), 1);
-        setenv("STANDIN_PROMPT", "input please", 1);
+        setenv("STANDIN_PROMPT", "input please\r\n", 1); // the whole line, newline included
         setenv("STANDIN_INPUT", "typed text", 1);
         if (fail)
             setenv("STANDIN_FAIL", fail, 1);
