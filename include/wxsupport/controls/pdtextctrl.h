@@ -29,9 +29,11 @@ class WXSUPPORT_API pdTextCtrl : public wxTextCtrl {
 public:
     // The initial value is not tested: the control starts valid, on the
     // system's background.
-    pdTextCtrl(wxWindow* parent, int id, const wxString& value, const wxPoint& pos,
-               const wxSize& size, pdTextCtrlType type, long style, const wxValidator& validator,
-               const wxString& name);
+    pdTextCtrl(wxWindow* parent, int id, const wxString& value = wxEmptyString,
+               const wxPoint& pos = wxDefaultPosition, const wxSize& size = wxDefaultSize,
+               pdTextCtrlType type = pdTEXT_PLAIN, long style = 0,
+               const wxValidator& validator = wxDefaultValidator,
+               const wxString& name = wxTextCtrlNameStr);
     virtual ~pdTextCtrl();
 
     void OnSetFocus(wxFocusEvent& event);
