@@ -10,9 +10,18 @@
 
 #include <clocale>
 #include <string>
+#include <type_traits>
 #include <vector>
 
 namespace {
+
+// Handles are plain values that only the tree and other handles make, and
+// their copy members are trivial: nothing of them is ever emitted as a symbol.
+static_assert(std::is_trivially_copyable<wxXmlNode>::value, "wxXmlNode copies trivially");
+static_assert(std::is_trivially_destructible<wxXmlNode>::value, "wxXmlNode dies trivially");
+static_assert(!std::is_default_constructible<wxXmlNode>::value, "no default constructor");
+static_assert(!std::is_constructible<wxXmlNode, _xmlNode*>::value, "no handle from a pointer");
+static_assert(std::has_virtual_destructor<wxXmlTree>::value, "wxXmlTree's destructor is virtual");
 
 class TreeTest : public testing::Test {
 protected:
