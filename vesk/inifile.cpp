@@ -560,7 +560,9 @@ KeyLineParts splitKeyLine(string_view line) {
 // ---------------------------------------------------------------------------
 // The store's records.
 
-enum LineKind : uint8_t { kTrivia, kHeader, kKeyLine };
+// kRaw: the unparsed body of a block, all its lines as one record; parsed
+// into line records the first time its section's keys are needed.
+enum LineKind : uint8_t { kTrivia, kHeader, kKeyLine, kRaw };
 // kInBuffer: text and line end are consecutive bytes of the file buffer.
 // kSeparateEol: the text is in the buffer or owned, the line end is written
 // from the eol field.
@@ -605,6 +607,7 @@ struct Section {
     int32_t tail;   // line after which a new key goes
     uint32_t slotBase, slotCap, slotUsed;
     bool dead;
+    bool parsed; // false while its block bodies are kRaw records
 };
 
 struct Data {
@@ -954,6 +957,8 @@ void ensureEol(Data& d, int32_t li) {
         return;
     if (li == 0 && l.len == 0)
         return; // the empty head of the list writes nothing
+    if (l.kind == kRaw && l.len && l.p[l.len - 1] == '\n')
+        return; // a body's own last line end
     l.eol = d.crlf ? 2 : 1;
     if (l.store == kInBuffer)
         l.store = kBufferText;
@@ -1009,18 +1014,21 @@ int32_t lookupSection(Store& st, string_view name) {
     return findSection(st, name, hashName(name, st.caseSensitive, st.scratch));
 }
 
+void materialize(Store& st, int32_t s);
+
 int32_t lookupKey(Store& st, const char* sec, const char* key) {
     if (!sec || !key)
         return kNone;
     int32_t s = lookupSection(st, sec);
     if (s == kNone)
         return kNone;
+    materialize(st, s);
     string_view k(key);
     return findKey(st, st.d->sections[s], k, hashName(k, st.caseSensitive, st.scratch));
 }
 
 // Adds a section record (no lines).
-int32_t addSectionRecord(Store& st, Text name, uint32_t h, int32_t header) {
+int32_t addSectionRecord(Store& st, Text name, uint32_t h, int32_t header, bool parsed) {
     Data& d = *st.d;
     Section sec{};
     sec.name = name;
@@ -1029,6 +1037,7 @@ int32_t addSectionRecord(Store& st, Text name, uint32_t h, int32_t header) {
     sec.more = kNone;
     sec.header = header;
     sec.tail = header;
+    sec.parsed = parsed;
     d.sections.push_back(sec);
     int32_t idx = static_cast<int32_t>(d.sections.size() - 1);
     d.order.push_back(idx);
@@ -1051,7 +1060,7 @@ int32_t createSection(Store& st, string_view name, uint32_t h) {
         throw;
     }
     d.anyOwned = true;
-    int32_t idx = addSectionRecord(st, t, h, li);
+    int32_t idx = addSectionRecord(st, t, h, li, true);
     linkAfter(d, d.lastLine, li);
     return idx;
 }
@@ -1119,6 +1128,7 @@ void writeValue(Store& st, const char* sec, const char* key, string_view value) 
     int32_t s = findSection(st, sname, sh);
     uint32_t kh = hashName(kname, st.caseSensitive, st.scratch);
     if (s != kNone) {
+        materialize(st, s);
         int32_t k = findKey(st, d.sections[s], kname, kh);
         if (k != kNone) {
             Key& rec = d.keys[k];
@@ -1278,16 +1288,24 @@ struct ParseError {
     std::string message;
 };
 
+// Opening scans the file for section headers only: each block body becomes
+// one kRaw record. A section's bodies are parsed into line and key records
+// by materialize() when its keys are first needed, so an application pays
+// for the sections it uses. Only header lines and NUL bytes can make a file
+// invalid, so every error is found by the scan.
 class Parser {
 public:
     Parser(Store& st, Data& d) : m_st(st), m_d(d) {}
 
-    bool run(ParseError& err);
+    bool scan(ParseError& err);
+    // Parses lines after the record `after`; gives the last record made.
+    int32_t parseBody(int32_t section, int32_t after, const char* p, const char* end);
 
 private:
     void addTrivia(const char* p, size_t len, uint8_t eol);
     bool addHeader(string_view content, const char* p, size_t len, uint8_t eol, ParseError& err);
     void addKey(string_view content, const char* p, size_t len, uint8_t eol);
+    // Links a new record after m_at and moves m_at to it.
     int32_t pushLine(const char* p, size_t len, uint8_t eol, uint8_t kind) {
         Line l;
         l.p = p;
@@ -1295,12 +1313,16 @@ private:
         l.eol = eol;
         l.kind = kind;
         l.store = kInBuffer;
-        l.prev = m_d.lastLine;
-        l.next = kNone;
+        l.prev = m_at;
+        l.next = m_d.lines[m_at].next;
         m_d.lines.push_back(l);
         int32_t li = static_cast<int32_t>(m_d.lines.size() - 1);
-        m_d.lines[m_d.lastLine].next = li;
-        m_d.lastLine = li;
+        if (l.next != kNone)
+            m_d.lines[l.next].prev = li;
+        else
+            m_d.lastLine = li;
+        m_d.lines[m_at].next = li;
+        m_at = li;
         return li;
     }
     Text textOf(string_view s) {
@@ -1314,12 +1336,14 @@ private:
     Store& m_st;
     Data& m_d;
     int32_t m_cur = kNone; // current section
+    int32_t m_at = 0;      // record after which the next one goes
     size_t m_lineNo = 0;
 };
 
 void Parser::addTrivia(const char* p, size_t len, uint8_t eol) {
-    Line& last = m_d.lines[m_d.lastLine];
-    if (m_d.lastLine != 0 && last.kind == kTrivia && last.eol) {
+    Line& last = m_d.lines[m_at];
+    if (m_at != 0 && last.kind == kTrivia && last.store == kInBuffer && last.eol &&
+        last.p + last.len + (last.eol == 2 ? 2 : 1) == p) {
         last.len = static_cast<uint32_t>(p + len - last.p);
         last.eol = eol;
         return;
@@ -1358,7 +1382,7 @@ bool Parser::addHeader(string_view content, const char* p, size_t len, uint8_t e
     int32_t s = findSection(m_st, name.view(), h);
     int32_t li = pushLine(p, len, eol, kHeader);
     if (s == kNone) {
-        s = addSectionRecord(m_st, name, h, li);
+        s = addSectionRecord(m_st, name, h, li, false);
     } else {
         Section& sec = m_d.sections[s];
         if (sec.more == kNone) {
@@ -1378,7 +1402,7 @@ void Parser::addKey(string_view content, const char* p, size_t len, uint8_t eol)
         uint32_t h = hashName(empty, m_st.caseSensitive, m_st.scratch);
         m_cur = findSection(m_st, empty, h);
         if (m_cur == kNone)
-            m_cur = addSectionRecord(m_st, Text(), h, 0);
+            m_cur = addSectionRecord(m_st, Text(), h, 0, true);
     }
     KeyLineParts parts = splitKeyLine(content);
     string_view rawKey = content.substr(parts.keyBeg, parts.keyEnd - parts.keyBeg);
@@ -1414,7 +1438,7 @@ void Parser::addKey(string_view content, const char* p, size_t len, uint8_t eol)
     insertKeySlot(m_d, sec, ki);
 }
 
-bool Parser::run(ParseError& err) {
+bool Parser::scan(ParseError& err) {
     const char* base = m_d.buf.get();
     const char* end = base + m_d.bufLen;
     const char* p = base;
@@ -1428,19 +1452,67 @@ bool Parser::run(ParseError& err) {
         err.message = "the file contains a NUL byte";
         return false;
     }
-    // Room for the records, counted generously so that nothing moves while
-    // parsing; the big blocks are mapped, and pages never touched cost nothing.
-    size_t newlines = static_cast<size_t>(std::count(p, end, '\n'));
-    size_t brackets = static_cast<size_t>(std::count(p, end, '['));
-    m_d.lines.reserve(newlines + 2);
-    m_d.keys.reserve(newlines + 1);
-    m_d.sections.reserve(brackets + 2);
-    m_d.order.reserve(brackets + 2);
-    m_d.keySlots.reserve((brackets + 2) * 16 + newlines * 2);
     m_d.lines[0].p = p;
+    m_at = 0;
     bool eolKnown = false;
+    bool preamble = true, preambleKeys = false;
+    const char* rawBeg = nullptr;
+    const char* rawEnd = nullptr;
+    auto flushRaw = [&] {
+        if (rawBeg)
+            pushLine(rawBeg, static_cast<size_t>(rawEnd - rawBeg), 0, kRaw);
+        rawBeg = nullptr;
+        if (preamble && preambleKeys) { // keys before the first header: section ""
+            string_view empty(p, 0);
+            uint32_t h = hashName(empty, m_st.caseSensitive, m_st.scratch);
+            addSectionRecord(m_st, Text(), h, 0, false);
+        }
+        preamble = false;
+    };
     while (p < end) {
         ++m_lineNo;
+        const char* nl =
+            static_cast<const char*>(std::memchr(p, '\n', static_cast<size_t>(end - p)));
+        const char* next = nl ? nl + 1 : end;
+        const char* q = p;
+        while (q < next && isBlank(*q))
+            ++q;
+        if (q < next && *q == '[') {
+            const char* ce = nl ? nl : end;
+            uint8_t eol = 0;
+            if (nl) {
+                eol = 1;
+                if (ce > p && ce[-1] == '\r') {
+                    --ce;
+                    eol = 2;
+                }
+            }
+            flushRaw();
+            size_t len = static_cast<size_t>(ce - p);
+            if (!addHeader(string_view(p, len), p, len, eol, err))
+                return false;
+        } else {
+            if (preamble && q < next && *q != ';' && *q != '#' && *q != '\n' &&
+                !(*q == '\r' && q + 1 < next && q[1] == '\n'))
+                preambleKeys = true;
+            if (!rawBeg)
+                rawBeg = p;
+            rawEnd = next;
+        }
+        if (!eolKnown && nl) {
+            m_d.crlf = nl > p && nl[-1] == '\r';
+            eolKnown = true;
+        }
+        p = next;
+    }
+    flushRaw();
+    return true;
+}
+
+int32_t Parser::parseBody(int32_t section, int32_t after, const char* p, const char* end) {
+    m_cur = section;
+    m_at = after;
+    while (p < end) {
         const char* nl =
             static_cast<const char*>(std::memchr(p, '\n', static_cast<size_t>(end - p)));
         const char* ce = nl ? nl : end;
@@ -1451,26 +1523,57 @@ bool Parser::run(ParseError& err) {
                 --ce;
                 eol = 2;
             }
-            if (!eolKnown) {
-                m_d.crlf = eol == 2;
-                eolKnown = true;
-            }
         }
         size_t len = static_cast<size_t>(ce - p);
         const char* q = p;
         while (q < ce && isBlank(*q))
             ++q;
-        if (q == ce || *q == ';' || *q == '#') {
+        if (q == ce || *q == ';' || *q == '#')
             addTrivia(p, len, eol);
-        } else if (*q == '[') {
-            if (!addHeader(string_view(p, len), p, len, eol, err))
-                return false;
-        } else {
+        else
             addKey(string_view(p, len), p, len, eol);
-        }
         p = nl ? nl + 1 : end;
     }
-    return true;
+    return m_at;
+}
+
+// Parses the kRaw bodies of a section into line and key records.
+void materialize(Store& st, int32_t s) {
+    Data& d = *st.d;
+    if (d.sections[s].parsed)
+        return;
+    std::vector<int32_t> blocks = d.blocksOf(d.sections[s]);
+    size_t lines = 0;
+    for (int32_t b : blocks) {
+        int32_t r = d.lines[b].next;
+        if (r != kNone && d.lines[r].kind == kRaw)
+            lines +=
+                static_cast<size_t>(std::count(d.lines[r].p, d.lines[r].p + d.lines[r].len, '\n')) +
+                1;
+    }
+    reserveMore(d.lines, lines);
+    reserveMore(d.keys, lines);
+    reserveMore(d.keySlots, 16 + lines * 2);
+    Parser parser(st, d);
+    for (int32_t b : blocks) {
+        int32_t r = d.lines[b].next;
+        if (r == kNone || d.lines[r].kind != kRaw)
+            continue;
+        const char* p = d.lines[r].p;
+        const char* end = p + d.lines[r].len;
+        // A line end the store gave the body, when a line was added after it.
+        bool addedEol = d.lines[r].store == kBufferText && d.lines[r].eol;
+        unlink(d, r);
+        int32_t last = parser.parseBody(s, b, p, end);
+        if (addedEol)
+            ensureEol(d, last);
+    }
+    d.sections[s].parsed = true;
+}
+
+void materializeAll(Store& st) {
+    for (int32_t s : std::vector<int32_t>(st.d->order.begin(), st.d->order.end()))
+        materialize(st, s);
 }
 
 // ---------------------------------------------------------------------------
@@ -1781,6 +1884,11 @@ void inifile_set_case_sensitive(inifile h, int sensitive) {
     bool want = sensitive != 0;
     if (want == h->caseSensitive)
         return;
+    try {
+        materializeAll(*h); // keys merge under the rule they were opened with
+    } catch (...) {
+        return;
+    }
     h->caseSensitive = want;
     try {
         rehashAll(*h);
@@ -1814,7 +1922,7 @@ int inifile_open(inifile h, const char* path, pdError** error) {
         ParseError perr{0, {}};
         bool ok;
         try {
-            ok = Parser(*h, *h->d).run(perr);
+            ok = Parser(*h, *h->d).scan(perr);
         } catch (...) {
             h->d.swap(old);
             throw;
@@ -1963,7 +2071,10 @@ int inifile_get_key_count(inifile h, const char* sec) {
     return guarded(
         [&] {
             const Section* p = liveSection(h, sec, s);
-            return p ? static_cast<int>(h->d->keyCount(*p)) : 0;
+            if (!p)
+                return 0;
+            materialize(*h, s);
+            return static_cast<int>(h->d->keyCount(*p));
         },
         0);
 }
@@ -1984,7 +2095,10 @@ const char* inifile_get_key_by_index(inifile h, const char* sec, int index) {
     return guarded(
         [&]() -> const char* {
             const Section* p = liveSection(h, sec, s);
-            if (!p || index < 0 || index >= h->d->keyCount(*p))
+            if (!p)
+                return nullptr;
+            materialize(*h, s);
+            if (index < 0 || index >= h->d->keyCount(*p))
                 return nullptr;
             Data& d = *h->d;
             return cstr(d, d.keys[d.keyAt(*p, index)].name);
@@ -2080,6 +2194,7 @@ int inifile_copy_section(inifile h, const char* sec, inifile other) {
                 return 0;
             if (other == h) // the same section: nothing to copy
                 return 1;
+            materialize(*h, s);
             Data& d = *h->d;
             Section& src = d.sections[s];
             const char* name = cstr(d, src.name);

@@ -308,6 +308,24 @@ TEST(RoundTrip, FileWithoutFinalLineEnd) {
     EXPECT_EQ(Golden("nofinal-expected.ini"), ReadFileBytes(path));
 }
 
+// A section appended before the last one's keys were ever looked at.
+TEST(RoundTrip, NewSectionAfterALastLineWithoutLineEnd) {
+    TempDir dir;
+    Store h;
+    ASSERT_TRUE(LoadText(h, dir, "[a]\nx=1"));
+    EXPECT_EQ(1, inifile_register_section(h, "b"));
+    EXPECT_EQ("[a]\nx=1\n[b]\n", SavedText(h, dir));
+    EXPECT_EQ("1", Get(h, "a", "x"));
+    inifile_write_string(h, "a", "y", "2");
+    EXPECT_EQ("[a]\nx=1\ny=2\n[b]\n", SavedText(h, dir));
+
+    Store g;
+    ASSERT_TRUE(LoadText(g, dir, "[a]\r\nx=1\r\n[c]\r\nz=1"));
+    inifile_write_string(g, "d", "k", "v");
+    inifile_write_string(g, "c", "w", "2");
+    EXPECT_EQ("[a]\r\nx=1\r\n[c]\r\nz=1\r\nw=2\r\n[d]\r\nk=v\r\n", SavedText(g, dir));
+}
+
 TEST(RoundTrip, RemovingEverythingAndWritingAgain) {
     TempDir dir;
     Store h;
