@@ -31,6 +31,9 @@
 #include <vector>
 
 #include <fcntl.h>
+#ifdef __SSE2__
+#include <emmintrin.h>
+#endif
 #include <libgen.h>
 #include <sys/mman.h>
 #include <sys/stat.h>
@@ -83,41 +86,6 @@ Text makeOwned(string_view s) {
     t.kind = kOwned;
     return t;
 }
-
-// Append-only storage for text decoded while parsing and for terminated
-// copies made on first read. Freed as a whole with its store.
-class Arena {
-public:
-    char* alloc(size_t n) {
-        if (n > m_left) {
-            size_t size = std::max<size_t>(n, kChunk);
-            m_chunks.emplace_back(new char[size]);
-            m_cur = m_chunks.back().get();
-            m_left = size;
-        }
-        char* r = m_cur;
-        m_cur += n;
-        m_left -= n;
-        return r;
-    }
-    Text copy(string_view s) {
-        char* m = alloc(s.size() + 1);
-        if (!s.empty())
-            std::memcpy(m, s.data(), s.size());
-        m[s.size()] = '\0';
-        Text t;
-        t.p = m;
-        t.len = static_cast<uint32_t>(s.size());
-        t.kind = kTerminated;
-        return t;
-    }
-
-private:
-    static constexpr size_t kChunk = 64 * 1024;
-    std::vector<std::unique_ptr<char[]>> m_chunks;
-    char* m_cur = nullptr;
-    size_t m_left = 0;
-};
 
 // Allocator for the store's big arrays. A store of a large file touches tens
 // of megabytes of fresh memory while it parses, and on virtual machines each
@@ -193,11 +161,82 @@ struct Buffer {
     char* get() const { return p; }
 };
 
+// Append-only storage for text decoded while parsing and for terminated
+// copies made on first read. Freed as a whole with its store. Chunks grow
+// from 4 KiB to 2 MiB, so that a small store stays small and a large one
+// sits in few (huge) pages.
+class Arena {
+public:
+    Arena() = default;
+    ~Arena() {
+        for (const Chunk& c : m_chunks)
+            bigFree(c.p, c.size);
+    }
+    Arena(const Arena&) = delete;
+    Arena& operator=(const Arena&) = delete;
+
+    char* alloc(size_t n) {
+        if (n > m_left) {
+            m_next = std::min<size_t>(m_next * 2, kMaxChunk);
+            size_t size = std::max(n, m_next);
+            m_chunks.reserve(m_chunks.size() + 1);
+            char* p = static_cast<char*>(bigAlloc(size));
+            m_chunks.push_back(Chunk{p, size});
+            m_cur = p;
+            m_left = size;
+        }
+        char* r = m_cur;
+        m_cur += n;
+        m_left -= n;
+        return r;
+    }
+    Text copy(string_view s) {
+        char* m = alloc(s.size() + 1);
+        if (!s.empty())
+            std::memcpy(m, s.data(), s.size());
+        m[s.size()] = '\0';
+        Text t;
+        t.p = m;
+        t.len = static_cast<uint32_t>(s.size());
+        t.kind = kTerminated;
+        return t;
+    }
+
+private:
+    struct Chunk {
+        char* p;
+        size_t size;
+    };
+    static constexpr size_t kMaxChunk = size_t(2) << 20;
+    std::vector<Chunk> m_chunks;
+    char* m_cur = nullptr;
+    size_t m_left = 0;
+    size_t m_next = 2048;
+};
+
 // ---------------------------------------------------------------------------
 // Names: hashing and comparison under the case rule.
 
 inline bool isBlank(char c) {
     return c == ' ' || c == '\t';
+}
+
+// The next '\n' at or after p, or end. Inline: lines are short, and a call
+// per line costs more than the search.
+inline const char* findNewline(const char* p, const char* end) {
+#ifdef __SSE2__
+    const __m128i nl = _mm_set1_epi8('\n');
+    while (end - p >= 16) {
+        __m128i v = _mm_loadu_si128(reinterpret_cast<const __m128i*>(p));
+        int m = _mm_movemask_epi8(_mm_cmpeq_epi8(v, nl));
+        if (m)
+            return p + __builtin_ctz(static_cast<unsigned>(m));
+        p += 16;
+    }
+#endif
+    while (p < end && *p != '\n')
+        ++p;
+    return p;
 }
 
 inline uint64_t load64(const char* p) {
@@ -1337,7 +1376,6 @@ private:
     Data& m_d;
     int32_t m_cur = kNone; // current section
     int32_t m_at = 0;      // record after which the next one goes
-    size_t m_lineNo = 0;
 };
 
 void Parser::addTrivia(const char* p, size_t len, uint8_t eol) {
@@ -1372,7 +1410,6 @@ bool Parser::addHeader(string_view content, const char* p, size_t len, uint8_t e
     if (!named) {
         size_t close = rest.find(']');
         if (close == string_view::npos) {
-            err.line = m_lineNo;
             err.message = "section header without a closing ']'";
             return false;
         }
@@ -1452,6 +1489,20 @@ bool Parser::scan(ParseError& err) {
         err.message = "the file contains a NUL byte";
         return false;
     }
+    // Room for every record the file can give, so that nothing moves while
+    // its sections are parsed; the big blocks are mapped, and pages never
+    // touched cost nothing.
+    size_t newlines = static_cast<size_t>(std::count(p, end, '\n'));
+    size_t brackets = static_cast<size_t>(std::count(p, end, '['));
+    m_d.lines.reserve(newlines + brackets + 4);
+    m_d.keys.reserve(newlines + 1);
+    m_d.sections.reserve(brackets + 2);
+    m_d.order.reserve(brackets + 2);
+    m_d.keySlots.reserve((brackets + 2) * 16 + newlines * 2);
+    size_t secCap = 16;
+    while (secCap < (brackets + 2) * 2)
+        secCap *= 2;
+    m_d.secSlots.assign(secCap, Slot{0, 0});
     m_d.lines[0].p = p;
     m_at = 0;
     bool eolKnown = false;
@@ -1470,13 +1521,12 @@ bool Parser::scan(ParseError& err) {
         preamble = false;
     };
     while (p < end) {
-        ++m_lineNo;
-        const char* nl =
-            static_cast<const char*>(std::memchr(p, '\n', static_cast<size_t>(end - p)));
-        const char* next = nl ? nl + 1 : end;
         const char* q = p;
-        while (q < next && isBlank(*q))
+        while (q < end && isBlank(*q))
             ++q;
+        const char* e = findNewline(q, end);
+        const char* nl = e < end ? e : nullptr;
+        const char* next = nl ? nl + 1 : end;
         if (q < next && *q == '[') {
             const char* ce = nl ? nl : end;
             uint8_t eol = 0;
@@ -1489,8 +1539,10 @@ bool Parser::scan(ParseError& err) {
             }
             flushRaw();
             size_t len = static_cast<size_t>(ce - p);
-            if (!addHeader(string_view(p, len), p, len, eol, err))
+            if (!addHeader(string_view(p, len), p, len, eol, err)) {
+                err.line = 1 + static_cast<size_t>(std::count(base, p, '\n'));
                 return false;
+            }
         } else {
             if (preamble && q < next && *q != ';' && *q != '#' && *q != '\n' &&
                 !(*q == '\r' && q + 1 < next && q[1] == '\n'))
@@ -1513,8 +1565,8 @@ int32_t Parser::parseBody(int32_t section, int32_t after, const char* p, const c
     m_cur = section;
     m_at = after;
     while (p < end) {
-        const char* nl =
-            static_cast<const char*>(std::memchr(p, '\n', static_cast<size_t>(end - p)));
+        const char* e = findNewline(p, end);
+        const char* nl = e < end ? e : nullptr;
         const char* ce = nl ? nl : end;
         uint8_t eol = 0;
         if (nl) {
