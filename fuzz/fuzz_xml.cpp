@@ -30,7 +30,7 @@ void AssertHandler(const wxString& file, int line, const wxString& func, const w
 void Quiet(void*, const char*, ...) {}
 void QuietStructured(void*, xmlErrorPtr) {}
 
-const char* const kAttrs[] = {"a", "id", "name", "color", "colour", "date", "x", "type", "value"};
+const char* const kAttrs[] = {"a", "id", "color", "date", "name"};
 
 void CheckNodeAttrs(const wxXmlNode& n) {
     for (const char* a : kAttrs) {

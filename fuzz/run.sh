@@ -46,7 +46,7 @@ run_one() { # target
     fi
     local status=0
     TMPDIR=$work/tmp "$build/fuzz/$t" -max_total_time="$seconds" -print_final_stats=1 \
-        -timeout=25 -rss_limit_mb=2048 -artifact_prefix="$build/artifacts/$t-" \
+        -timeout=120 -rss_limit_mb=2048 -artifact_prefix="$build/artifacts/$t-" \
         "$work/corpus" >"$work/log" 2>&1 || status=$?
     echo "$status" >"$work/status"
 }
