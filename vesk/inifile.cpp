@@ -51,6 +51,8 @@ using std::size_t;
 using std::string_view;
 
 constexpr int32_t kNone = -1;
+// The longest file, line or text the store keeps: lengths are 32 bits.
+constexpr size_t kMaxText = 0xFFFFFFF0u;
 
 // ---------------------------------------------------------------------------
 // Text: a name or value. It either points into the file buffer (not
@@ -1162,6 +1164,9 @@ std::string keyLineText(string_view key, string_view value) {
 
 void writeValue(Store& st, const char* sec, const char* key, string_view value) {
     Data& d = *st.d;
+    if (value.size() > kMaxText / 2 || std::strlen(sec) > kMaxText / 2 ||
+        std::strlen(key) > kMaxText / 2)
+        throw std::bad_alloc(); // lengths are kept in 32 bits
     string_view sname(sec), kname(key);
     uint32_t sh = hashName(sname, st.caseSensitive, st.scratch);
     int32_t s = findSection(st, sname, sh);
@@ -1965,6 +1970,10 @@ int inifile_open(inifile h, const char* path, pdError** error) {
         int err = 0;
         if (!readWholeFile(path, fresh->buf, fresh->bufLen, err)) {
             setError(error, path, sysMessage(err));
+            return -1;
+        }
+        if (fresh->bufLen > kMaxText) { // lengths are kept in 32 bits
+            setError(error, path, sysMessage(EFBIG));
             return -1;
         }
         // Parse with the handle's rule into the new data, then swap it in.
