@@ -19,6 +19,18 @@ namespace wxs_xml {
 // each node met while expanding).
 constexpr std::size_t kMaxExpandedAttr = 4u * 1024u * 1024u;
 
+// True when some attribute of the element is more than one plain text node
+// (entity references among its nodes). When it is false, as on nearly every
+// element, no attribute can expand and no lookup is needed.
+inline bool HasComplexAttr(const xmlNode* node) {
+    for (const xmlAttr* a = node->properties; a; a = a->next) {
+        const xmlNode* c = a->children;
+        if (c && (c->next || c->type != XML_TEXT_NODE))
+            return true;
+    }
+    return false;
+}
+
 // True when reading prop would expand entity references past
 // kMaxExpandedAttr. Attributes without references, declared defaults and a
 // null prop are never too long.

@@ -70,8 +70,9 @@ wxString TakeLibxml(xmlChar* text) {
 // The attribute operations first make sure that the value can be expanded
 // within the library's bound, then make their one call to libxml2.
 bool TooLong(xmlTextReaderPtr reader, const char* name) {
-    return reader &&
-           wxs_xml::AttrTooLong(wxs_xml::ReaderAttr(xmlTextReaderCurrentNode(reader), name));
+    const xmlNode* node = reader ? xmlTextReaderCurrentNode(reader) : nullptr;
+    return node && node->type == XML_ELEMENT_NODE && wxs_xml::HasComplexAttr(node) &&
+           wxs_xml::AttrTooLong(wxs_xml::ReaderAttr(node, name));
 }
 
 // Drops this object's share of a reader; the last share frees it.

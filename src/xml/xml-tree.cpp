@@ -189,7 +189,8 @@ wxString wxXmlNode::GetAttr(const wxString& name) const {
         return wxString();
     const wxCharBuffer utf8 = name.mb_str(wxConvUTF8);
     const xmlChar* key = reinterpret_cast<const xmlChar*>(utf8.data());
-    if (wxs_xml::AttrTooLong(xmlHasProp(node, key)))
+    if (node->type == XML_ELEMENT_NODE && wxs_xml::HasComplexAttr(node) &&
+        wxs_xml::AttrTooLong(xmlHasProp(node, key)))
         return wxString();
     xmlChar* value = xmlGetProp(node, key);
     if (!value)
