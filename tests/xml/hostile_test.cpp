@@ -93,11 +93,8 @@ TEST_F(HostileTest, BrokenDocumentsAreRefused) {
         EXPECT_FALSE(ReadsToEnd(path));
         wxXmlTree t;
         EXPECT_FALSE(t.Open(path));
-        EXPECT_FALSE(t.Parse(wxString::FromUTF8(c.bytes.data(), c.bytes.size())) &&
-                     !wxString::FromUTF8(c.bytes.data(), c.bytes.size()).empty() &&
-                     c.bytes.find('\0') == std::string::npos &&
-                     c.bytes.find("UTF-16") == std::string::npos)
-            << "Parse accepted it";
+        wxXmlTree p;
+        EXPECT_FALSE(p.Parse(wxString::FromUTF8(c.bytes.data(), c.bytes.size())));
     }
 }
 

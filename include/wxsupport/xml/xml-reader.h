@@ -78,7 +78,8 @@ public:
     bool IsText();
     // Works, but comments are skipped by iRead/iNext.
     bool IsComment();
-    // Self-closing element: no end tag follows.
+    // Self-closing element: no end tag follows. Any non-zero answer of
+    // libxml2 counts, its -1 for "no current node" too.
     bool IsEmptyElement();
 
     // True when the current node's name equals name (case counts).
