@@ -88,13 +88,19 @@ bool wxXmlWriter::WriteAttr(const wxString& name, int value) {
     return WriteAttr(name.mb_str(wxConvUTF8).data(), value);
 }
 
+// An invalid colour or date has no text form: it writes nothing and gives
+// false, rather than wxWidgets' assertions and a made-up value.
 bool wxXmlWriter::WriteAttr(const char* name, const wxColour& value) {
+    if (!value.IsOk())
+        return false;
     return xmlTextWriterWriteFormatAttribute(
                writer, X(name), "#%02x%02x%02x", static_cast<unsigned>(value.Red()),
                static_cast<unsigned>(value.Green()), static_cast<unsigned>(value.Blue())) >= 0;
 }
 
 bool wxXmlWriter::writeAttr(const char* name, const wxDateTime& value) {
+    if (!value.IsValid())
+        return false;
     return xmlTextWriterWriteAttribute(
                writer, X(name), X(value.FormatISOCombined('T').mb_str(wxConvUTF8).data())) >= 0;
 }

@@ -112,6 +112,18 @@ TEST_F(WriterTest, AttributeInBufferCountsAsSuccess) {
     EXPECT_EQ(Bytes("buffered.xml"), "<e s=\"v\" n=\"1\" c=\"#010203\" d=\"2020-01-01T00:00:00\"");
 }
 
+TEST_F(WriterTest, InvalidColourAndDateWriteNothing) {
+    wxXmlWriter w;
+    ASSERT_TRUE(w.Open(Path("invalid.xml")));
+    ASSERT_TRUE(w.StartElement("e"));
+    EXPECT_FALSE(w.WriteAttr("c", wxColour()));
+    EXPECT_FALSE(w.writeAttr("d", wxDateTime()));
+    EXPECT_TRUE(w.WriteAttr("ok", 1)); // the writer goes on
+    EXPECT_TRUE(w.EndElement());
+    w.Close();
+    EXPECT_EQ(Bytes("invalid.xml"), "<e ok=\"1\"/>\n");
+}
+
 TEST_F(WriterTest, NoFile) {
     wxXmlWriter w;
     EXPECT_FALSE(w.Open(Path("no/such/dir/x.xml")));

@@ -139,9 +139,11 @@ public:
     // Decimal.
     bool WriteAttr(const char* name, int value);
     bool WriteAttr(const wxString& name, int value);
-    // "#rrggbb", lower-case hex; alpha is not written.
+    // "#rrggbb", lower-case hex; alpha is not written. An invalid colour
+    // writes nothing and gives false.
     bool WriteAttr(const char* name, const wxColour& value);
-    // "YYYY-MM-DDTHH:MM:SS" in the date's local clock, whole seconds.
+    // "YYYY-MM-DDTHH:MM:SS" in the date's local clock, whole seconds. An
+    // invalid date writes nothing and gives false.
     bool writeAttr(const char* name, const wxDateTime& value);
     // Escaped by libxml2.
     bool WriteText(const wxString& text);
