@@ -1179,13 +1179,19 @@ void writeValue(Store& st, const char* sec, const char* key, string_view value) 
             Line& l = d.lines[rec.line];
             string_view old(l.p, l.len);
             KeyLineParts parts = splitKeyLine(old);
-            std::string text;
+            // The key keeps its spelling, unless it was read as plain text
+            // that a new value could turn into something else (a leading
+            // '"' that the value might close): then it is written quoted.
+            std::string text(old.data(), parts.keyBeg);
+            if (!parts.quotedKey && keyNeedsQuotes(rec.name.view()))
+                appendKey(text, rec.name.view());
+            else
+                text.append(old.data() + parts.keyBeg, parts.keyEnd - parts.keyBeg);
             if (parts.hasEq) {
-                text.assign(old.data(), parts.valBeg);
+                text.append(old.data() + parts.keyEnd, parts.valBeg - parts.keyEnd);
                 appendValue(text, value);
                 text.append(old.data() + parts.valEnd, old.size() - parts.valEnd);
             } else {
-                text.assign(old.data(), parts.keyEnd);
                 text += '=';
                 appendValue(text, value);
                 text.append(old.data() + parts.keyEnd, old.size() - parts.keyEnd);

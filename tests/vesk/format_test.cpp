@@ -172,3 +172,21 @@ TEST(Format, UnterminatedHeaderAndNulByteAreErrorsWithTheirLine) {
     EXPECT_EQ("the file contains a NUL byte", r.message);
     EXPECT_EQ(0, inifile_get_section_count(h));
 }
+
+// A key read as plain text that starts with '"' is written quoted when its
+// line is rewritten, so that a '"' in the new value can't close it.
+TEST(Format, RewrittenLineKeepsAnOpenQuoteKeyApart) {
+    TempDir dir;
+    Store h;
+    ASSERT_TRUE(LoadText(h, dir, "[s]\n\"abc\n\"def = 1\nplain  =  2\n"));
+    EXPECT_EQ(Strings({"\"abc", "\"def", "plain"}), Keys(h, "s"));
+    inifile_write_string(h, "s", "\"abc", "x\"");
+    inifile_write_string(h, "s", "\"def", "y\"");
+    inifile_write_string(h, "s", "plain", "3");
+    EXPECT_EQ("[s]\n\"\\\"abc\"=x\"\n\"\\\"def\" = y\"\nplain  =  3\n", SavedText(h, dir));
+    Store back;
+    ASSERT_TRUE(LoadText(back, dir, SavedText(h, dir)));
+    EXPECT_EQ(Strings({"\"abc", "\"def", "plain"}), Keys(back, "s"));
+    EXPECT_EQ("x\"", Get(back, "s", "\"abc"));
+    EXPECT_EQ("y\"", Get(back, "s", "\"def"));
+}

@@ -460,3 +460,134 @@ TEST(RoundTrip, PropertyWithoutRegardToCase) {
         CheckStore(back, want);
     }
 }
+
+namespace {
+
+// A random file: lines of headers, keys, comments and blanks, with random
+// bytes in them, LF or CRLF, perhaps a byte order mark and no final line end.
+std::string RandomFile(std::mt19937& rng) {
+    static const char* shapes[] = {"[%]", "%=%",      "% = %",   "%",       "; %",    "# %",
+                                   "",    "  [%]  x", "\"%\"=%", "[\"%\"]", "%=\"%\""};
+    std::string eol = rng() % 4 == 0 ? "\r\n" : "\n";
+    std::string out = rng() % 8 == 0 ? "\xEF\xBB\xBF" : "";
+    int lines = static_cast<int>(rng() % 30);
+    for (int i = 0; i < lines; ++i) {
+        std::string shape = shapes[rng() % (sizeof shapes / sizeof *shapes)];
+        for (char c : shape) {
+            if (c != '%') {
+                out += c;
+                continue;
+            }
+            std::string t = RandomText(rng, 8);
+            for (char& ch : t)
+                if (ch == '\n' || ch == '\r' || ch == '[' || ch == ']' || ch == 0)
+                    ch = 'x';
+            out += t;
+        }
+        if (i + 1 < lines || rng() % 2)
+            out += eol;
+    }
+    return out;
+}
+
+Expected Snapshot(inifile h) {
+    Expected e;
+    for (const std::string& s : Sections(h)) {
+        e.sections.push_back(s);
+        auto& kvs = e.keys[s];
+        for (const std::string& k : Keys(h, s.c_str()))
+            kvs.emplace_back(k, Get(h, s.c_str(), k.c_str()));
+    }
+    return e;
+}
+
+} // namespace
+
+// Any file the store opens comes back byte for byte when saved unchanged,
+// whether or not its sections were looked at.
+TEST(RoundTrip, PropertyRandomFilesSaveUnchanged) {
+    TempDir dir;
+    std::mt19937 rng(4242);
+    int opened = 0;
+    for (int round = 0; round < 300; ++round) {
+        std::string text = RandomFile(rng);
+        std::string path = dir.file("r.ini");
+        WriteFileBytes(path, text);
+        Store h;
+        inifile_set_case_sensitive(h, rng() % 2);
+        if (OpenFile(h, path).rc != 0)
+            continue;
+        ++opened;
+        ASSERT_EQ(text, SavedText(h, dir)) << "round " << round;
+        Snapshot(h); // parses every section
+        ASSERT_EQ(text, SavedText(h, dir)) << "round " << round;
+    }
+    EXPECT_GT(opened, 200);
+}
+
+// Edits on an opened file: after a save and a new open the store reads
+// exactly what a simple model of the edits says.
+TEST(RoundTrip, PropertyEditsOnOpenedFiles) {
+    TempDir dir;
+    std::mt19937 rng(777);
+    int edited = 0;
+    for (int round = 0; round < 150; ++round) {
+        std::string text = RandomFile(rng);
+        std::string path = dir.file("e.ini");
+        WriteFileBytes(path, text);
+        Store h;
+        inifile_set_case_sensitive(h, 1);
+        if (OpenFile(h, path).rc != 0)
+            continue;
+        // Touch only some sections before editing, so that edits meet
+        // parsed and unparsed sections alike.
+        Expected want;
+        {
+            Store probe;
+            inifile_set_case_sensitive(probe, 1);
+            ASSERT_EQ(0, OpenFile(probe, path).rc);
+            want = Snapshot(probe);
+        }
+        for (int i = 0; i < 10; ++i) {
+            int what = static_cast<int>(rng() % 4);
+            std::string s = !want.sections.empty() && rng() % 3 != 0
+                                ? want.sections[rng() % want.sections.size()]
+                                : RandomText(rng, 6);
+            auto& kvs = want.keys[s];
+            std::string k =
+                !kvs.empty() && rng() % 2 ? kvs[rng() % kvs.size()].first : RandomText(rng, 6);
+            // (Not in "": while its keys stand before the first header it has
+            // no header line, and without them it is gone from the file.)
+            if (what == 0 && !kvs.empty() && !s.empty()) {
+                bool had = false;
+                for (size_t j = 0; j < kvs.size(); ++j)
+                    if (kvs[j].first == k) {
+                        kvs.erase(kvs.begin() + static_cast<long>(j));
+                        had = true;
+                        break;
+                    }
+                EXPECT_EQ(had ? 1 : 0, inifile_remove_key(h, s.c_str(), k.c_str()));
+            } else {
+                std::string v = RandomText(rng, 12);
+                if (kvs.empty() &&
+                    std::find(want.sections.begin(), want.sections.end(), s) == want.sections.end())
+                    want.sections.push_back(s);
+                want.write(s, k, v);
+                inifile_write_string(h, s.c_str(), k.c_str(), v.c_str());
+            }
+            if (kvs.empty() &&
+                std::find(want.sections.begin(), want.sections.end(), s) == want.sections.end())
+                want.keys.erase(s);
+        }
+        ++edited;
+        ASSERT_EQ(0, SaveFile(h, path).rc);
+        Store back;
+        inifile_set_case_sensitive(back, 1);
+        ASSERT_EQ(0, OpenFile(back, path).rc);
+        SCOPED_TRACE(::testing::Message() << "round " << round << "\nbefore:\n"
+                                          << text << "\nafter:\n"
+                                          << ReadFileBytes(path));
+        CheckStore(back, want);
+    }
+    EXPECT_GT(edited, 100);
+}

@@ -16,7 +16,8 @@
  * - A line whose first non-blank character is ';' or '#' is a comment, and so
  *   is a blank line. ';' or '#' after a value belong to the value.
  * - Keys before the first section header belong to the section "" (written
- *   "[]" where the store has to write its header).
+ *   "[]" where the store has to write its header). Those lines are all that
+ *   marks it: once they are removed, a saved file has no section "" there.
  * - A section that stands twice forms one section. Of a key that stands twice
  *   in a section, the first line is what reads and writes see; the others stay
  *   in the file untouched, and inifile_remove_key removes them all.
