@@ -6,6 +6,12 @@
 // the buffer's bytes back in order. A change rewrites or inserts single line
 // records, whose text then lives in a malloc'd block of its own.
 //
+// Opening only finds the section headers: the body of each block (the lines
+// between two headers) stays one raw record until its section's keys are
+// first needed, and is then parsed into line and key records (Parser,
+// materialize). Only header lines and NUL bytes can make a file invalid, so
+// opening still finds every error.
+//
 // Sections and keys are records in two vectors. Sections are found through
 // an open-addressing hash table; each section owns a slice of one shared slot
 // array as the hash table of its keys, so that a section's keys sit together

@@ -37,7 +37,8 @@
  * Saving keeps the file: a store opened and saved unchanged gives the same
  * bytes (comments, blank lines, order, spacing, line ends, byte order mark,
  * a missing final line end). A changed value rewrites only its own line,
- * keeping the key's spelling and the spacing around '='. A new key goes
+ * keeping the key's spelling and the spacing around '=' (a key read as plain
+ * text that starts with '"' is written quoted then). A new key goes
  * directly after the last key line of its section (after its header when it
  * has none), so trailing comments and blank lines stay before the next
  * section; a new section goes at the end of the file as "[name]" and new
@@ -48,6 +49,10 @@
  * Names compare without regard to case by default (Unicode simple case
  * folding for valid UTF-8, byte by byte otherwise). Indexes count from 0 in
  * file order (sections and keys in order of first appearance, new ones last).
+ *
+ * Cost: inifile_open reads the file and finds its section headers; the keys
+ * of a section are parsed the first time one of its keys is needed. Lookups
+ * are hash lookups, O(1) on average, whatever the size of the store.
  *
  * Texts: all arguments are zero-terminated UTF-8; the store copies what it
  * keeps. A null handle or a null name is never an error: reads give their
