@@ -591,3 +591,82 @@ TEST(RoundTrip, PropertyEditsOnOpenedFiles) {
     }
     EXPECT_GT(edited, 100);
 }
+
+namespace {
+
+// What a store holds, with the section "" left out when it has no keys (its
+// keys are all that mark it in a file) and put first otherwise (its place
+// is that of its first line, which edits may move).
+Expected Normalized(inifile h) {
+    Expected e = Snapshot(h);
+    auto it = std::find(e.sections.begin(), e.sections.end(), std::string());
+    if (it != e.sections.end()) {
+        e.sections.erase(it);
+        if (e.keys[""].empty())
+            e.keys.erase("");
+        else
+            e.sections.insert(e.sections.begin(), "");
+    }
+    return e;
+}
+
+} // namespace
+
+// Random structure operations on opened files: whatever the store holds
+// before a save, it holds again after the saved file is opened.
+TEST(RoundTrip, PropertyStructureOperationsSurviveASave) {
+    TempDir dir;
+    std::mt19937 rng(31337);
+    for (int round = 0; round < 150; ++round) {
+        std::string text = RandomFile(rng);
+        std::string path = dir.file("s.ini");
+        WriteFileBytes(path, text);
+        Store h;
+        int sensitive = static_cast<int>(rng() % 2);
+        inifile_set_case_sensitive(h, sensitive);
+        if (OpenFile(h, path).rc != 0)
+            continue;
+        std::vector<std::string> names = Sections(h);
+        for (int i = 0; i < 3; ++i)
+            names.push_back(RandomText(rng, 5));
+        Store other;
+        for (int i = 0; i < 12; ++i) {
+            const std::string& s = names[rng() % names.size()];
+            const std::string& t = names[rng() % names.size()];
+            std::string k = RandomText(rng, 4);
+            switch (rng() % 7) {
+            case 0:
+                inifile_remove_section(h, s.c_str());
+                break;
+            case 1:
+                inifile_rename_section(h, s.c_str(), t.c_str());
+                break;
+            case 2:
+                inifile_register_section(h, s.c_str());
+                break;
+            case 3:
+                inifile_copy_section(h, s.c_str(), rng() % 2 ? h : other);
+                break;
+            case 4:
+                inifile_copy_section(other, s.c_str(), h);
+                break;
+            case 5:
+                inifile_remove_key(h, s.c_str(), k.c_str());
+                break;
+            default:
+                inifile_write_string(h, s.c_str(), k.c_str(), RandomText(rng, 6).c_str());
+            }
+        }
+        Expected before = Normalized(h);
+        ASSERT_EQ(0, SaveFile(h, path).rc);
+        Store back;
+        inifile_set_case_sensitive(back, sensitive);
+        ASSERT_EQ(0, OpenFile(back, path).rc);
+        SCOPED_TRACE(::testing::Message() << "round " << round << "\nbefore:\n"
+                                          << text << "\nafter:\n"
+                                          << ReadFileBytes(path));
+        Expected after = Normalized(back);
+        ASSERT_EQ(before.sections, after.sections);
+        ASSERT_EQ(before.keys, after.keys);
+    }
+}
