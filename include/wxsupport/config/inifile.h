@@ -3,7 +3,8 @@
  *
  * Use: inifile_new, then inifile_open (or start empty), read and write by
  * section and key, inifile_save to a path, inifile_delete. A handle is used
- * by one thread at a time; separate handles are independent.
+ * by one thread at a time, for reads too (a read may parse a section);
+ * separate handles are independent.
  *
  * File format
  * - UTF-8 text. LF and CRLF line ends and a UTF-8 byte order mark are read and
