@@ -143,8 +143,12 @@ bool wxXmlNode::IsWhitespace() const {
     return true;
 }
 
+// An entity reference is a leaf here. libxml2 hangs the entity's declaration
+// below it, and the declarations are siblings in the DTD: a walk over all
+// nodes that went down there would wander through the DTD and, once one
+// entity refers to another, never end.
 bool wxXmlNode::HasChildren() const {
-    return node && node->children != nullptr;
+    return node && node->type != XML_ENTITY_REF_NODE && node->children != nullptr;
 }
 
 unsigned int wxXmlNode::GetChildElementCount() const {
@@ -154,6 +158,14 @@ unsigned int wxXmlNode::GetChildElementCount() const {
 wxXmlNode wxXmlNode::GetFirstChild() const {
     if (!node)
         return wxXmlNode(nullptr);
+    if (node->type == XML_ENTITY_REF_NODE) {
+        // Childless, as HasChildren says: the same report as for a leaf.
+#if wxDEBUG_LEVEL
+        if (wxTheAssertHandler)
+            wxOnAssert(__FILE__, __LINE__, __WXFUNCTION__, "node->children != 0");
+#endif
+        return wxXmlNode(nullptr);
+    }
     wxASSERT(node->children != 0);
     return wxXmlNode(node->children);
 }
