@@ -211,6 +211,8 @@ public:
     bool IsComment() const;
     // Text node holding only blanks, tabs, CR and LF, or nothing.
     bool IsWhitespace() const;
+    // False for a leaf, and for an entity reference: the walk over all nodes
+    // does not go into the entity's declaration.
     bool HasChildren() const;
     // Element children only, not deeper.
     unsigned int GetChildElementCount() const;
