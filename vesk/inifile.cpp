@@ -7,10 +7,12 @@
 // records, whose text then lives in a malloc'd block of its own.
 //
 // Opening only finds the section headers: the body of each block (the lines
-// between two headers) stays one raw record until its section's keys are
-// first needed, and is then parsed into line and key records (Parser,
-// materialize). Only header lines and NUL bytes can make a file invalid, so
-// opening still finds every error.
+// between two headers) stays one raw record. When a section's keys are first
+// needed, its bodies are parsed into key records (materialize); line records
+// replace the raw bodies only before the section's lines first change
+// (explode), so a section that is only read costs no line records. Only
+// header lines and NUL bytes can make a file invalid, so opening still finds
+// every error.
 //
 // Sections and keys are records in two vectors. Sections are found through
 // an open-addressing hash table; each section owns a slice of one shared slot
@@ -654,7 +656,8 @@ struct Section {
     int32_t tail;   // line after which a new key goes
     uint32_t slotBase, slotCap, slotUsed;
     bool dead;
-    bool parsed; // false while its block bodies are kRaw records
+    bool parsed; // its keys are known (from the raw bodies, or new)
+    bool lined;  // its lines are records (the raw bodies are gone)
 };
 
 struct Data {
@@ -1062,6 +1065,7 @@ int32_t lookupSection(Store& st, string_view name) {
 }
 
 void materialize(Store& st, int32_t s);
+void explode(Store& st, int32_t s);
 
 int32_t lookupKey(Store& st, const char* sec, const char* key) {
     if (!sec || !key)
@@ -1085,6 +1089,7 @@ int32_t addSectionRecord(Store& st, Text name, uint32_t h, int32_t header, bool 
     sec.header = header;
     sec.tail = header;
     sec.parsed = parsed;
+    sec.lined = parsed;
     d.sections.push_back(sec);
     int32_t idx = static_cast<int32_t>(d.sections.size() - 1);
     d.order.push_back(idx);
@@ -1178,7 +1183,7 @@ void writeValue(Store& st, const char* sec, const char* key, string_view value) 
     int32_t s = findSection(st, sname, sh);
     uint32_t kh = hashName(kname, st.caseSensitive, st.scratch);
     if (s != kNone) {
-        materialize(st, s);
+        explode(st, s);
         int32_t k = findKey(st, d.sections[s], kname, kh);
         if (k != kNone) {
             Key& rec = d.keys[k];
@@ -1354,8 +1359,11 @@ public:
     Parser(Store& st, Data& d) : m_st(st), m_d(d) {}
 
     bool scan(ParseError& err);
-    // Parses lines after the record `after`; gives the last record made.
-    int32_t parseBody(int32_t section, int32_t after, const char* p, const char* end);
+    // Parses the lines of a raw body: with lines false, only into key
+    // records; with lines true, into line records after the record `after`,
+    // joining each key line to the key record made before. Gives the last
+    // line record made.
+    int32_t parseBody(int32_t section, int32_t after, const char* p, const char* end, bool lines);
 
 private:
     void addTrivia(const char* p, size_t len, uint8_t eol);
@@ -1393,6 +1401,7 @@ private:
     Data& m_d;
     int32_t m_cur = kNone; // current section
     int32_t m_at = 0;      // record after which the next one goes
+    bool m_lines = true;   // whether parseBody makes line records
 };
 
 void Parser::addTrivia(const char* p, size_t len, uint8_t eol) {
@@ -1465,10 +1474,21 @@ void Parser::addKey(string_view content, const char* p, size_t len, uint8_t eol)
     Section& sec = m_d.sections[m_cur];
     uint32_t h = hashName(name.view(), m_st.caseSensitive, m_st.scratch);
     int32_t existing = findKey(m_st, sec, name.view(), h);
+    if (m_lines && sec.parsed) { // the keys exist: join the line to its key
+        int32_t li = pushLine(p, len, eol, kKeyLine);
+        sec.tail = li;
+        if (existing != kNone && m_d.keys[existing].line == kNone)
+            m_d.keys[existing].line = li;
+        else if (existing != kNone)
+            m_d.dupLines.emplace_back(existing, li);
+        return;
+    }
     if (existing != kNone) {
         m_d.keys[existing].dups = true;
-        sec.tail = pushLine(p, len, eol, kKeyLine);
-        m_d.dupLines.emplace_back(existing, sec.tail);
+        if (m_lines) {
+            sec.tail = pushLine(p, len, eol, kKeyLine);
+            m_d.dupLines.emplace_back(existing, sec.tail);
+        }
         return;
     }
     string_view rawVal = content.substr(parts.valBeg, parts.valEnd - parts.valBeg);
@@ -1485,9 +1505,10 @@ void Parser::addKey(string_view content, const char* p, size_t len, uint8_t eol)
     k.dups = false;
     k.dead = false;
     int32_t ki = static_cast<int32_t>(m_d.keys.size());
-    k.line = pushLine(p, len, eol, kKeyLine);
+    k.line = m_lines ? pushLine(p, len, eol, kKeyLine) : kNone;
     m_d.keys.push_back(k);
-    sec.tail = k.line;
+    if (m_lines)
+        sec.tail = k.line;
     appendKeyToOrder(m_d, sec, ki);
     insertKeySlot(m_d, sec, ki);
 }
@@ -1578,9 +1599,11 @@ bool Parser::scan(ParseError& err) {
     return true;
 }
 
-int32_t Parser::parseBody(int32_t section, int32_t after, const char* p, const char* end) {
+int32_t Parser::parseBody(int32_t section, int32_t after, const char* p, const char* end,
+                          bool lines) {
     m_cur = section;
     m_at = after;
+    m_lines = lines;
     while (p < end) {
         const char* e = findNewline(p, end);
         const char* nl = e < end ? e : nullptr;
@@ -1597,19 +1620,43 @@ int32_t Parser::parseBody(int32_t section, int32_t after, const char* p, const c
         const char* q = p;
         while (q < ce && isBlank(*q))
             ++q;
-        if (q == ce || *q == ';' || *q == '#')
-            addTrivia(p, len, eol);
-        else
+        if (q == ce || *q == ';' || *q == '#') {
+            if (lines)
+                addTrivia(p, len, eol);
+        } else {
             addKey(string_view(p, len), p, len, eol);
+        }
         p = nl ? nl + 1 : end;
     }
     return m_at;
 }
 
-// Parses the kRaw bodies of a section into line and key records.
+// Parses the kRaw bodies of a section into key records; the bodies stay, so
+// that a section that is only read never gets line records.
 void materialize(Store& st, int32_t s) {
     Data& d = *st.d;
     if (d.sections[s].parsed)
+        return;
+    std::vector<int32_t> blocks = d.blocksOf(d.sections[s]);
+    Parser parser(st, d);
+    for (int32_t b : blocks) {
+        int32_t r = d.lines[b].next;
+        if (r == kNone || d.lines[r].kind != kRaw)
+            continue;
+        const char* p = d.lines[r].p;
+        parser.parseBody(s, b, p, p + d.lines[r].len, false);
+    }
+    d.sections[s].parsed = true;
+}
+
+// Replaces the kRaw bodies of a parsed section by line records, before the
+// first change of its lines. Keys keep their records: each key line joins
+// the key its name gives, and that under the rule the keys were made with,
+// since inifile_set_case_sensitive makes every section's lines first.
+void explode(Store& st, int32_t s) {
+    Data& d = *st.d;
+    materialize(st, s);
+    if (d.sections[s].lined)
         return;
     std::vector<int32_t> blocks = d.blocksOf(d.sections[s]);
     size_t lines = 0;
@@ -1621,8 +1668,7 @@ void materialize(Store& st, int32_t s) {
                 1;
     }
     reserveMore(d.lines, lines);
-    reserveMore(d.keys, lines);
-    reserveMore(d.keySlots, 16 + lines * 2);
+    reserveMore(d.dupLines, 1);
     Parser parser(st, d);
     for (int32_t b : blocks) {
         int32_t r = d.lines[b].next;
@@ -1633,16 +1679,16 @@ void materialize(Store& st, int32_t s) {
         // A line end the store gave the body, when a line was added after it.
         bool addedEol = d.lines[r].store == kBufferText && d.lines[r].eol;
         unlink(d, r);
-        int32_t last = parser.parseBody(s, b, p, end);
+        int32_t last = parser.parseBody(s, b, p, end, true);
         if (addedEol)
             ensureEol(d, last);
     }
-    d.sections[s].parsed = true;
+    d.sections[s].lined = true;
 }
 
-void materializeAll(Store& st) {
+void explodeAll(Store& st) {
     for (int32_t s : std::vector<int32_t>(st.d->order.begin(), st.d->order.end()))
-        materialize(st, s);
+        explode(st, s);
 }
 
 // ---------------------------------------------------------------------------
@@ -1954,7 +2000,7 @@ void inifile_set_case_sensitive(inifile h, int sensitive) {
     if (want == h->caseSensitive)
         return;
     try {
-        materializeAll(*h); // keys merge under the rule they were opened with
+        explodeAll(*h); // keys merge under the rule they were opened with
     } catch (...) {
         return;
     }
@@ -2062,6 +2108,7 @@ int inifile_remove_key(inifile h, const char* sec, const char* key) {
             int32_t k = lookupKey(*h, sec, key);
             if (k == kNone)
                 return 0;
+            explode(*h, h->d->keys[k].sec);
             removeKeyRecord(*h->d, k);
             return 1;
         },
