@@ -42,7 +42,7 @@ wxString MakeName(FuzzedDataProvider& in) {
         if (pattern == 1)
             c = chars[in.ConsumeIntegralInRange<size_t>(0, 13)];
         else if (pattern == 2)
-            c = in.ConsumeIntegralInRange<wxUint32>(1, 0x10FFFF);
+            c = in.ConsumeIntegralInRange<wxUint32>(1, 0x11FFFF); // beyond Unicode too
         else if (pattern == 3)
             c = i % 2 ? 'x' : fixed;
         s += wxUniChar(c);

@@ -44,11 +44,12 @@ run_one() { # target
     if [ -d "fuzz/corpus/$t" ]; then
         cp -R "fuzz/corpus/$t/." "$work/corpus/"
     fi
-    local status=0
+    local status=0 start=$SECONDS
     TMPDIR=$work/tmp "$build/fuzz/$t" -max_total_time="$seconds" -print_final_stats=1 \
         -timeout=120 -rss_limit_mb=2048 -artifact_prefix="$build/artifacts/$t-" \
         "$work/corpus" >"$work/log" 2>&1 || status=$?
     echo "$status" >"$work/status"
+    echo $((SECONDS - start)) >"$work/seconds"
 }
 
 # Run up to $jobs targets at a time.
@@ -70,10 +71,9 @@ for t in "${targets[@]}"; do
     status=$(cat "$scratch/$t/status" 2>/dev/null || echo 1)
     execs=$(sed -n 's/^stat::number_of_executed_units: *//p' "$log" | tail -1)
     rate=$(sed -n 's/^stat::average_exec_per_sec: *//p' "$log" | tail -1)
-    cov=$(grep -oE 'cov: [0-9]+' "$log" | tail -1 | cut -d' ' -f2)
-    ft=$(grep -oE 'ft: [0-9]+' "$log" | tail -1 | cut -d' ' -f2)
-    time=$(grep -oE "Done [0-9]+ runs in [0-9]+ second" "$log" | grep -oE "[0-9]+ second" | cut -d" " -f1)
-    [ -n "$time" ] || time=$(grep -oE 'time: [0-9]+s' "$log" | tail -1 | grep -oE '[0-9]+')
+    cov=$( (grep -oE 'cov: [0-9]+' "$log" || true) | tail -1 | cut -d' ' -f2)
+    ft=$( (grep -oE 'ft: [0-9]+' "$log" || true) | tail -1 | cut -d' ' -f2)
+    time=$(cat "$scratch/$t/seconds" 2>/dev/null || echo '?')
     result=ok
     if [ "$status" -ne 0 ]; then
         result="FAILED (exit $status)"
