@@ -1,12 +1,25 @@
-// wxXmlReader and the table of node kind words.
+// The XML classes over libxml2: wxXmlReader (one forward pass), wxXmlWriter
+// (an indented UTF-8 file), wxXmlTree and wxXmlNode (a read-only document
+// tree), and the table of node kind words that the reader and the tree share.
 #include <wxsupport/xml/xml-reader.h>
 
 #include "xml/attr-limit.h"
 
+#include <libxml/parser.h>
 #include <wx/debug.h>
+#include <wx/translation.h>
 
 #include <climits>
 #include <new>
+
+// One parsed document and the number of trees that hold it. A document that
+// Open or Parse replaced without a Close is kept alive by its successor
+// (node handles may still point into it) and freed together with it.
+struct wxXmlTree::Share {
+    xmlDocPtr doc;
+    unsigned long owners;
+    Share* replaced;
+};
 
 namespace {
 
@@ -89,7 +102,45 @@ const xmlChar* X(const char* s) {
     return reinterpret_cast<const xmlChar*>(s);
 }
 
+// --- writer helpers
+// Flushes what the writer holds and drops this object's share of it; the
+// last share frees it.
+void DropShare(xmlTextWriterPtr& writer, unsigned long*& shares) {
+    if (writer)
+        xmlTextWriterFlush(writer);
+    if (shares && --*shares == 0) {
+        xmlFreeTextWriter(writer);
+        delete shares;
+    }
+    writer = nullptr;
+    shares = nullptr;
+}
+
+// --- tree helpers
+// Stores a freshly parsed document (or the failure to get one) in a tree's
+// fields. A document the tree held stays alive, referred to by the new
+// share, until the tree closes.
+template <class Share>
+bool Take(xmlDocPtr parsed, xmlDocPtr& doc, xmlNodePtr& root, Share*& share) {
+    doc = nullptr;
+    root = nullptr;
+    if (!parsed)
+        return false;
+    Share* s = new (std::nothrow) Share{parsed, 1, share};
+    if (!s) {
+        xmlFreeDoc(parsed);
+        return false;
+    }
+    share = s;
+    doc = parsed;
+    root = xmlDocGetRootElement(parsed);
+    return true;
+}
+
 } // namespace
+
+// ---------------------------------------------------------------------------
+// wxXmlReader
 
 wxString node_type_as_string(int type) {
     if (type < 1 || type >= static_cast<int>(sizeof kNodeKindWords / sizeof kNodeKindWords[0])) {
@@ -271,4 +322,324 @@ bool wxXmlReader::AttrAsColor(const char* name, wxColour& value) {
 
 wxString wxXmlReader::GetText() {
     return TakeLibxml(xmlTextReaderReadString(reader));
+}
+
+// ---------------------------------------------------------------------------
+// wxXmlWriter
+
+wxXmlWriter::wxXmlWriter() : writer(nullptr), shares(nullptr) {}
+
+wxXmlWriter::wxXmlWriter(const wxXmlWriter& other) : writer(other.writer), shares(other.shares) {
+    if (shares)
+        ++*shares;
+}
+
+wxXmlWriter& wxXmlWriter::operator=(const wxXmlWriter& other) {
+    if (&other == this)
+        return *this; // dropping a share flushes; nothing to do here
+    if (other.shares)
+        ++*other.shares;
+    DropShare(writer, shares);
+    writer = other.writer;
+    shares = other.shares;
+    return *this;
+}
+
+wxXmlWriter::~wxXmlWriter() {
+    DropShare(writer, shares);
+}
+
+bool wxXmlWriter::Open(const wxString& path) {
+    DropShare(writer, shares);
+    writer = xmlNewTextWriterFilename(path.ToUTF8().data(), 0);
+    if (!writer)
+        return false;
+    shares = new (std::nothrow) unsigned long(1);
+    if (!shares) {
+        xmlFreeTextWriter(writer);
+        writer = nullptr;
+        return false;
+    }
+    xmlTextWriterSetIndent(writer, 1);
+    xmlTextWriterSetIndentString(writer, X("  "));
+    return true;
+}
+
+bool wxXmlWriter::StartDocument() {
+    return xmlTextWriterStartDocument(writer, nullptr, "UTF-8", nullptr) >= 0;
+}
+
+bool wxXmlWriter::StartElement(const char* name) {
+    return xmlTextWriterStartElement(writer, X(name)) >= 0;
+}
+
+bool wxXmlWriter::WriteAttr(const char* name, const wxString& value) {
+    return xmlTextWriterWriteAttribute(writer, X(name), X(value.mb_str(wxConvUTF8).data())) >= 0;
+}
+
+bool wxXmlWriter::WriteAttr(const wxString& name, const wxString& value) {
+    return WriteAttr(name.mb_str(wxConvUTF8).data(), value);
+}
+
+bool wxXmlWriter::WriteAttr(const char* name, int value) {
+    return xmlTextWriterWriteFormatAttribute(writer, X(name), "%d", value) >= 0;
+}
+
+bool wxXmlWriter::WriteAttr(const wxString& name, int value) {
+    return WriteAttr(name.mb_str(wxConvUTF8).data(), value);
+}
+
+// An invalid colour or date has no text form: it writes nothing and gives
+// false, rather than wxWidgets' assertions and a made-up value.
+bool wxXmlWriter::WriteAttr(const char* name, const wxColour& value) {
+    if (!value.IsOk())
+        return false;
+    return xmlTextWriterWriteFormatAttribute(
+               writer, X(name), "#%02x%02x%02x", static_cast<unsigned>(value.Red()),
+               static_cast<unsigned>(value.Green()), static_cast<unsigned>(value.Blue())) >= 0;
+}
+
+bool wxXmlWriter::writeAttr(const char* name, const wxDateTime& value) {
+    if (!value.IsValid())
+        return false;
+    return xmlTextWriterWriteAttribute(
+               writer, X(name), X(value.FormatISOCombined('T').mb_str(wxConvUTF8).data())) >= 0;
+}
+
+bool wxXmlWriter::WriteText(const wxString& text) {
+    return xmlTextWriterWriteString(writer, X(text.mb_str(wxConvUTF8).data())) >= 0;
+}
+
+bool wxXmlWriter::EndElement() {
+    return xmlTextWriterEndElement(writer) >= 0;
+}
+
+bool wxXmlWriter::EndDocument() {
+    return xmlTextWriterEndDocument(writer) >= 0;
+}
+
+void wxXmlWriter::Close() {
+    DropShare(writer, shares);
+}
+
+wxString wxXmlWriter::GetError() {
+    return _("Unhandled XML-error.");
+}
+
+// ---------------------------------------------------------------------------
+// wxXmlTree and wxXmlNode
+
+wxXmlTree::wxXmlTree() : doc(nullptr), root(nullptr), share(nullptr) {}
+
+wxXmlTree::wxXmlTree(const wxXmlTree& other)
+    : doc(other.doc), root(other.root), share(other.share) {
+    if (share)
+        ++share->owners;
+}
+
+wxXmlTree& wxXmlTree::operator=(const wxXmlTree& other) {
+    if (&other == this)
+        return *this;
+    if (other.share)
+        ++other.share->owners;
+    Close();
+    doc = other.doc;
+    root = other.root;
+    share = other.share;
+    return *this;
+}
+
+wxXmlTree::~wxXmlTree() {
+    Close();
+}
+
+// Frees a share's document once its last owner lets go, then lets go of the
+// document it replaced; a loop, since such chains can be long.
+void wxXmlTree::Close() {
+    Share* s = share;
+    while (s && --s->owners == 0) {
+        Share* next = s->replaced;
+        xmlFreeDoc(s->doc);
+        delete s;
+        s = next;
+    }
+    doc = nullptr;
+    root = nullptr;
+    share = nullptr;
+}
+
+bool wxXmlTree::Open(const wxString& path) {
+    wxASSERT(doc == 0 && root == 0);
+    return Take(xmlReadFile(path.ToUTF8().data(), nullptr, 0), doc, root, share);
+}
+
+bool wxXmlTree::Parse(const wxString& xml) {
+    wxASSERT(doc == 0 && root == 0);
+    const wxScopedCharBuffer utf8 = xml.utf8_str();
+    if (utf8.length() > static_cast<size_t>(INT_MAX))
+        return Take(nullptr, doc, root, share);
+    return Take(xmlReadMemory(utf8.data(), static_cast<int>(utf8.length()), nullptr, nullptr, 0),
+                doc, root, share);
+}
+
+wxXmlNode wxXmlTree::GetRoot() {
+    wxASSERT(doc != 0 && root != 0);
+    return wxXmlNode(root);
+}
+
+// wxXmlNode. Every operation is safe on a null handle and gives its fallback
+// there; IsNull is the one meant for it.
+
+bool wxXmlNode::IsNull() const {
+    return node == nullptr;
+}
+
+wxString wxXmlNode::GetNodeName() const {
+    return node ? FromLibxml(node->name) : wxString();
+}
+
+wxString wxXmlNode::GetType() const {
+    return node_type_as_string(node ? static_cast<int>(node->type) : 0);
+}
+
+bool wxXmlNode::IsElement() const {
+    return node && node->type == XML_ELEMENT_NODE;
+}
+
+bool wxXmlNode::IsText() const {
+    return node && node->type == XML_TEXT_NODE;
+}
+
+bool wxXmlNode::IsComment() const {
+    return node && node->type == XML_COMMENT_NODE;
+}
+
+bool wxXmlNode::IsWhitespace() const {
+    if (!IsText())
+        return false;
+    for (const xmlChar* p = node->content; p && *p; ++p) {
+        if (*p != ' ' && *p != '\t' && *p != '\r' && *p != '\n')
+            return false;
+    }
+    return true;
+}
+
+// An entity reference is a leaf here. libxml2 hangs the entity's declaration
+// below it, and the declarations are siblings in the DTD: a walk over all
+// nodes that went down there would wander through the DTD and, once one
+// entity refers to another, never end.
+bool wxXmlNode::HasChildren() const {
+    return node && node->type != XML_ENTITY_REF_NODE && node->children != nullptr;
+}
+
+unsigned int wxXmlNode::GetChildElementCount() const {
+    return node ? static_cast<unsigned int>(xmlChildElementCount(node)) : 0;
+}
+
+wxXmlNode wxXmlNode::GetFirstChild() const {
+    if (!node)
+        return wxXmlNode(nullptr);
+    if (node->type == XML_ENTITY_REF_NODE) {
+        // Childless, as HasChildren says: the same report as for a leaf.
+#if wxDEBUG_LEVEL
+        if (wxTheAssertHandler)
+            wxOnAssert(__FILE__, __LINE__, __WXFUNCTION__, "node->children != 0");
+#endif
+        return wxXmlNode(nullptr);
+    }
+    wxASSERT(node->children != 0);
+    return wxXmlNode(node->children);
+}
+
+wxXmlNode wxXmlNode::GetFirstElementChild() const {
+    return wxXmlNode(node ? xmlFirstElementChild(node) : nullptr);
+}
+
+bool wxXmlNode::HasNextSibling() const {
+    return node && node->next != nullptr;
+}
+
+wxXmlNode wxXmlNode::GetNextSibling() const {
+    if (!node)
+        return wxXmlNode(nullptr);
+    wxASSERT(node->next != 0);
+    return wxXmlNode(node->next);
+}
+
+wxXmlNode wxXmlNode::GetNextElementSibling() const {
+    return wxXmlNode(node ? xmlNextElementSibling(node) : nullptr);
+}
+
+bool wxXmlNode::HasAttr(const wxString& name) const {
+    if (!node)
+        return false;
+    return xmlHasProp(node, reinterpret_cast<const xmlChar*>(name.mb_str(wxConvUTF8).data())) !=
+           nullptr;
+}
+
+wxString wxXmlNode::GetAttr(const wxString& name) const {
+    if (!node)
+        return wxString();
+    const wxCharBuffer utf8 = name.mb_str(wxConvUTF8);
+    const xmlChar* key = reinterpret_cast<const xmlChar*>(utf8.data());
+    if (node->type == XML_ELEMENT_NODE && wxs_xml::HasComplexAttr(node) &&
+        wxs_xml::AttrTooLong(xmlHasProp(node, key)))
+        return wxString();
+    xmlChar* value = xmlGetProp(node, key);
+    if (!value)
+        return wxString();
+    wxString s = FromLibxml(value);
+    xmlFree(value);
+    return s;
+}
+
+int wxXmlNode::GetAttrAsInt(const wxString& name) const {
+    long number = 0;
+    if (!GetAttr(name).ToLong(&number, 10) || number < INT_MIN || number > INT_MAX)
+        return 0;
+    return static_cast<int>(number);
+}
+
+double wxXmlNode::GetAttrAsDouble(const wxString& name) const {
+    double number = 0.0;
+    if (!GetAttr(name).ToDouble(&number))
+        return 0.0;
+    return number;
+}
+
+wxColour wxXmlNode::getAttrAsColour(const wxString& name) const {
+    const wxString text = GetAttr(name);
+    if (text.empty())
+        return wxColour();
+    wxColour colour;
+    if (colour.Set(text))
+        return colour;
+    return wxColour();
+}
+
+wxDateTime wxXmlNode::getAttrAsDateTime(const wxString& name) const {
+    const wxString text = GetAttr(name);
+    if (text.empty())
+        return wxDefaultDateTime;
+    wxDateTime date;
+    if (date.ParseISOCombined(text, 'T'))
+        return date;
+    return wxDefaultDateTime;
+}
+
+wxString wxXmlNode::GetText() const {
+    if (!node)
+        return wxString();
+    wxASSERT(node->type == XML_TEXT_NODE);
+    return FromLibxml(node->content);
+}
+
+wxString wxXmlNode::GetTextContent() const {
+    if (!node)
+        return wxString();
+    wxASSERT(node->type == XML_ELEMENT_NODE);
+    const xmlNode* first = node->children;
+    if (first && !first->next && first->type == XML_TEXT_NODE)
+        return FromLibxml(first->content);
+    return wxString();
 }
