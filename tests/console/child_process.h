@@ -1,23 +1,59 @@
-// Runs a piece of a console test in a child process, since the console
-// functions rebind the process's standard streams. The child's body returns
-// a list of problems (empty when all went well); the parent gets it back.
+// Console tests run in child processes, since the console functions rebind
+// the process's standard streams; pseudo-terminals stand in for consoles.
 #pragma once
 
+#include <cstdio>
+#include <cstdlib>
 #include <functional>
 #include <string>
 
-// Forks, runs body in the child with a time limit of 60 seconds and exits the
-// child without running atexit handlers. Gives the child's problems, or a
-// text telling how the child ended when it didn't end normally.
-std::string RunInChild(const std::function<std::string()>& body);
+#include <fcntl.h>
+#include <poll.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
-// Describes a standard descriptor: "tty:<device>" for a terminal, otherwise
-// "dev:ino" of what it refers to; used to see whether it was rebound.
-std::string DescribeFd(int fd);
+// Runs body in a forked child (60 s time limit) and gives back what it
+// returned, its list of problems, and how the child ended if not normally.
+inline std::string RunInChild(const std::function<std::string()>& body) {
+    int fds[2];
+    if (pipe(fds) != 0)
+        return "pipe failed";
+    std::fflush(nullptr);
+    const pid_t pid = fork();
+    if (pid == 0) {
+        close(fds[0]);
+        alarm(60);
+        const std::string problems = body();
+        _exit(write(fds[1], problems.data(), problems.size()) < 0);
+    }
+    close(fds[1]);
+    std::string report;
+    char buffer[4096];
+    for (ssize_t n; (n = read(fds[0], buffer, sizeof buffer)) > 0;)
+        report.append(buffer, static_cast<size_t>(n));
+    close(fds[0]);
+    int status = 0;
+    if (pid < 0 || waitpid(pid, &status, 0) != pid || !WIFEXITED(status) || WEXITSTATUS(status))
+        report += "child ended with status " + std::to_string(status);
+    return report;
+}
 
-// Opens a pseudo-terminal pair; the master is non-blocking. False on failure.
-bool OpenPty(int* master, int* slave);
+// Opens a pseudo-terminal pair with a non-blocking master. False on failure.
+inline bool OpenPty(int* master, int* slave) {
+    *master = posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC);
+    if (*master < 0 || grantpt(*master) != 0 || unlockpt(*master) != 0)
+        return false;
+    *slave = open(ptsname(*master), O_RDWR | O_NOCTTY | O_CLOEXEC);
+    fcntl(*master, F_SETFL, fcntl(*master, F_GETFL) | O_NONBLOCK);
+    return *slave >= 0;
+}
 
-// Everything readable from a non-blocking master within `wait_ms` after the
-// last byte came.
-std::string DrainMaster(int master, int wait_ms);
+// Everything read from a non-blocking master until wait_ms pass without data.
+inline std::string DrainMaster(int master, int wait_ms) {
+    std::string out;
+    char buffer[1024];
+    pollfd p = {master, POLLIN, 0};
+    for (ssize_t n; poll(&p, 1, wait_ms) > 0 && (n = read(master, buffer, sizeof buffer)) > 0;)
+        out.append(buffer, static_cast<size_t>(n));
+    return out;
+}
