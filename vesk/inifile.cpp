@@ -1337,7 +1337,12 @@ void setError(pdError** out, std::string region, std::string message) {
     }
 }
 
+// Error code of our own for a path that names no regular file.
+const int kNotRegularFile = -1;
+
 std::string sysMessage(int err) {
+    if (err == kNotRegularFile)
+        return "Not a regular file";
     return std::strerror(err);
 }
 
@@ -1697,15 +1702,25 @@ void explodeAll(Store& st) {
 bool readWholeFile(const char* path, Buffer& buf, size_t& len, int& err) {
     int fd;
     do
-        fd = ::open(path, O_RDONLY | O_CLOEXEC);
+        // Non-blocking, so that a FIFO can't hold the caller up; only
+        // regular files are read (a device such as /dev/zero never ends).
+        fd = ::open(path, O_RDONLY | O_CLOEXEC | O_NONBLOCK);
     while (fd < 0 && errno == EINTR);
     if (fd < 0) {
         err = errno;
         return false;
     }
     struct stat sb;
+    int statErr = fstat(fd, &sb) != 0 ? errno : 0;
+    if (statErr == 0 && !S_ISREG(sb.st_mode))
+        statErr = S_ISDIR(sb.st_mode) ? EISDIR : kNotRegularFile;
+    if (statErr != 0) {
+        err = statErr;
+        ::close(fd);
+        return false;
+    }
     size_t cap = 0;
-    if (fstat(fd, &sb) == 0 && S_ISREG(sb.st_mode) && sb.st_size > 0)
+    if (sb.st_size > 0)
         cap = static_cast<size_t>(sb.st_size);
     cap += 1; // one more byte to see the end without a second read
     Buffer data(cap);

@@ -11,6 +11,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <sys/stat.h>
 #include <vector>
 
 namespace {
@@ -232,6 +233,21 @@ TEST(WxIniFileErrors, FailedOpenKeepsContentsAndNamesThePath) {
     EXPECT_FALSE(ini.Open(missing));
     EXPECT_TRUE(ini.GetError().StartsWith(wxString(missing) + ":")) << ini.GetError();
     EXPECT_EQ(ini.ReadLong("s", "k", 0), 1);
+}
+
+TEST(WxIniFileErrors, OnlyRegularFilesOpen) {
+    TempDir dir;
+    const std::string fifo = dir.file("fifo");
+    ASSERT_EQ(mkfifo(fifo.c_str(), 0600), 0);
+    // Neither may block or read without end.
+    for (const std::string& path : {fifo, std::string("/dev/zero"), dir.path()}) {
+        wxIniFile ini;
+        EXPECT_FALSE(ini.Open(path)) << path;
+        EXPECT_TRUE(ini.GetError().StartsWith(wxString(path) + ": ")) << ini.GetError();
+    }
+    wxIniFile ini;
+    ini.Open(fifo);
+    EXPECT_TRUE(ini.GetError().EndsWith("Not a regular file")) << ini.GetError();
 }
 
 TEST(WxIniFileErrors, ErrorTextSurvivesLaterSuccess) {

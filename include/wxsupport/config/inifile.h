@@ -99,6 +99,8 @@ VESK_API void inifile_clear(inifile h);
 VESK_API void inifile_set_case_sensitive(inifile h, int sensitive);
 
 /* Reads the whole file into a new store that replaces this one's contents.
+ * Only regular files are read: a directory, device, FIFO or socket fails at
+ * once ("Not a regular file"; a directory gives strerror(EISDIR)).
  * 0 on success. On failure (missing or unreadable file, a directory, a NUL
  * byte in the text, a '[' line without ']') the contents stay as they were,
  * and *error (preset to NULL) receives a record: region "PATH:LINE" where a
