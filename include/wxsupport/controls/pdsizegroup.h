@@ -15,8 +15,8 @@ class wxWindow;
 class WXSUPPORT_API pdSizeGroup {
 public:
     // Which side Resize makes equal; any other value leaves both sides to
-    // each window's own best size.
-    enum SizeGroupMode {
+    // each window's own best size (hence the fixed type, which holds them).
+    enum SizeGroupMode : int {
         SIZE_GROUP_HORIZONTAL = 0, // greatest best width, each its own height
         SIZE_GROUP_VERTICAL = 1,   // greatest best height, each its own width
         SIZE_GROUP_BOTH = 2,       // greatest best width and greatest best height
