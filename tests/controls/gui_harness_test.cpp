@@ -4,103 +4,49 @@
 #include "assert_capture.h"
 #include "gui_helpers.h"
 #include "screenshot.h"
-#include "tempdir.h"
 
 #include <gtest/gtest.h>
 #include <wx/frame.h>
-#include <wx/image.h>
 #include <wx/panel.h>
 #include <wx/timer.h>
-#include <wx/utils.h>
 
 #include <chrono>
 
 namespace {
 
-class HarnessTest : public testing::Test {
-protected:
-    void SetUp() override {
-        m_frame = new wxFrame(nullptr, wxID_ANY, "harness", wxPoint(60, 60), wxSize(240, 160));
-        m_panel = new wxPanel(m_frame, wxID_ANY);
+TEST(Harness, WaitsAreBoundedAndRunTimersAndQueuedCalls) {
+    const auto start = std::chrono::steady_clock::now();
+    EXPECT_FALSE(WaitFor([] { return false; }, 200));
+    const auto elapsed = std::chrono::steady_clock::now() - start;
+    EXPECT_GE(elapsed, std::chrono::milliseconds(ScaledMs(200)));
+    EXPECT_LT(elapsed, std::chrono::milliseconds(ScaledMs(2000)));
+
+    wxFrame* frame = new wxFrame(nullptr, wxID_ANY, "harness", wxPoint(60, 60), wxSize(240, 160));
+    wxPanel* panel = new wxPanel(frame, wxID_ANY);
+    int ticks = 0;
+    bool called = false;
+    wxTimer timer(panel);
+    panel->Bind(wxEVT_TIMER, [&ticks](wxTimerEvent&) { ++ticks; });
+    timer.Start(50);
+    panel->CallAfter([&called] { called = true; });
+    EXPECT_TRUE(WaitFor([&] { return ticks >= 3 && called; }, 3000));
+    timer.Stop();
+
+    for (const wxColour& colour : {wxColour(200, 0, 0), wxColour(0, 0, 200)}) {
+        panel->SetBackgroundColour(colour);
+        panel->Refresh();
+        ASSERT_TRUE(ShowAndActivate(frame));
+        EXPECT_TRUE(WaitFor([&] { return ShareOfColour(CaptureWindow(panel), colour) > 0.95; }));
     }
-    void TearDown() override { DestroyAndWait(m_frame); }
+    EXPECT_EQ(panel->GetSize(), CaptureWindow(panel).GetSize());
+    DestroyAndWait(frame);
+}
 
-    wxFrame* m_frame = nullptr;
-    wxPanel* m_panel = nullptr;
-};
-
-long long MillisecondsSince(std::chrono::steady_clock::time_point start) {
-    return std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now() -
-                                                                 start)
-        .count();
+TEST(Harness, AssertionsAreCapturedNotShown) {
+    AssertCapture capture;
+    wxFAIL_MSG("harness check");
+    ASSERT_EQ(1u, capture.count());
+    EXPECT_EQ("harness check", capture.asserts()[0].msg);
 }
 
 } // namespace
-
-TEST_F(HarnessTest, WaitForGivesUpAfterItsTimeLimit) {
-    const auto start = std::chrono::steady_clock::now();
-    EXPECT_FALSE(WaitFor([] { return false; }, 200));
-    const long long elapsed = MillisecondsSince(start);
-    EXPECT_GE(elapsed, ScaledMs(200));
-    EXPECT_LT(elapsed, ScaledMs(2000));
-
-    const auto quick = std::chrono::steady_clock::now();
-    EXPECT_TRUE(WaitFor([] { return true; }));
-    EXPECT_LT(MillisecondsSince(quick), ScaledMs(1000));
-}
-
-TEST_F(HarnessTest, TimersAndQueuedCallsRunWhileWaiting) {
-    int ticks = 0;
-    wxTimer timer(m_panel);
-    m_panel->Bind(wxEVT_TIMER, [&ticks](wxTimerEvent&) { ++ticks; });
-    timer.Start(50);
-    EXPECT_TRUE(WaitFor([&ticks] { return ticks >= 3; }, 3000));
-    timer.Stop();
-
-    bool called = false;
-    m_panel->CallAfter([&called] { called = true; });
-    EXPECT_FALSE(called);
-    EXPECT_TRUE(WaitFor([&called] { return called; }));
-}
-
-TEST_F(HarnessTest, ScreenshotsFollowWhatIsDrawn) {
-    m_panel->SetBackgroundColour(wxColour(200, 0, 0));
-    ASSERT_TRUE(ShowAndActivate(m_frame));
-    EXPECT_TRUE(WaitFor(
-        [this] { return ShareOfColour(CaptureWindow(m_panel), wxColour(200, 0, 0)) > 0.95; }));
-
-    m_panel->SetBackgroundColour(wxColour(0, 0, 200));
-    m_panel->Refresh();
-    EXPECT_TRUE(WaitFor(
-        [this] { return ShareOfColour(CaptureWindow(m_panel), wxColour(0, 0, 200)) > 0.95; }));
-    const wxImage image = CaptureWindow(m_panel);
-    EXPECT_EQ(image.GetSize(), m_panel->GetSize());
-}
-
-TEST_F(HarnessTest, SaveScreenshotWritesAPngOnlyWhenAskedTo) {
-    ASSERT_TRUE(ShowAndActivate(m_frame));
-    wxString saved;
-    const bool hadDirectory = wxGetEnv("WXSUPPORT_SCREENSHOTS", &saved);
-
-    wxUnsetEnv("WXSUPPORT_SCREENSHOTS");
-    EXPECT_FALSE(SaveScreenshot("nowhere", m_frame));
-
-    TempDir dir;
-    wxSetEnv("WXSUPPORT_SCREENSHOTS", wxString::FromUTF8(dir.path() + "/shots"));
-    EXPECT_TRUE(SaveScreenshot("frame", m_frame));
-    wxImage image;
-    EXPECT_TRUE(image.LoadFile(wxString::FromUTF8(dir.file("shots/frame.png")), wxBITMAP_TYPE_PNG));
-    EXPECT_EQ(image.GetSize(), m_frame->GetSize());
-
-    if (hadDirectory)
-        wxSetEnv("WXSUPPORT_SCREENSHOTS", saved);
-    else
-        wxUnsetEnv("WXSUPPORT_SCREENSHOTS");
-}
-
-TEST_F(HarnessTest, AssertionsAreCapturedNotShown) {
-    AssertCapture capture;
-    wxFAIL_MSG("harness check");
-    ASSERT_EQ(capture.count(), 1u);
-    EXPECT_EQ(capture.asserts()[0].msg, "harness check");
-}
