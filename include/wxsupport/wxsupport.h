@@ -5,6 +5,9 @@
 #include <wxsupport/config/inifile.h>
 #include <wxsupport/config/wxinifile.h>
 #include <wxsupport/console/console.h>
+#include <wxsupport/controls/animation.h>
+#include <wxsupport/controls/drawing.h>
+#include <wxsupport/controls/pdsizegroup.h>
 #include <wxsupport/controls/pdtextctrl.h>
 #include <wxsupport/text/jmsdatetime.h>
 #include <wxsupport/text/strings.h>
