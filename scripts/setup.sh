@@ -7,7 +7,7 @@
 set -euo pipefail
 
 packages=(
-    build-essential cmake ninja-build pkg-config binutils
+    build-essential cmake ninja-build pkg-config binutils procps git
     libwxgtk3.2-dev libxml2-dev libutf8proc-dev
     googletest libgtest-dev
     clang libclang-rt-14-dev clang-format valgrind
