@@ -10,6 +10,7 @@
 #include <wx/debugrpt.h>
 #include <wx/filename.h>
 #include <wx/font.h>
+#include <wx/image.h>
 #include <wx/intl.h>
 #include <wx/panel.h>
 #include <wx/sizer.h>
@@ -20,6 +21,19 @@
 #include <cstdlib>
 
 #include "crash_report_beetle.xpm"
+
+namespace {
+
+// The picture, its transparent "None" pixels turned from a mask into alpha:
+// wxGTK 3.2 never frees the pixbuf it makes for a masked bitmap in a
+// wxStaticBitmap, and the alpha form looks the same.
+wxBitmap BeetleBitmap() {
+    wxImage image(crash_report_beetle_xpm);
+    image.InitAlpha();
+    return wxBitmap(image);
+}
+
+} // namespace
 
 CrashReportDialog::CrashReportDialog(const wxString& appName, const wxString& emailAddress)
     : wxDialog(nullptr, wxID_ANY, wxGetTranslation("Crash report"), wxDefaultPosition,
@@ -53,8 +67,8 @@ void CrashReportDialog::CreateWidgets() {
                           wxTAB_TRAVERSAL | wxNO_BORDER, wxPanelNameStr);
     m_panel->SetBackgroundColour(wxColour(255, 255, 255, 255));
 
-    m_image = new wxStaticBitmap(m_panel, wxID_ANY, wxBitmap(crash_report_beetle_xpm),
-                                 wxDefaultPosition, wxDefaultSize, 0, wxStaticBitmapNameStr);
+    m_image = new wxStaticBitmap(m_panel, wxID_ANY, BeetleBitmap(), wxDefaultPosition,
+                                 wxDefaultSize, 0, wxStaticBitmapNameStr);
 
     m_titleText = new wxStaticText(m_panel, wxID_ANY,
                                    wxString::Format(wxGetTranslation("%s has crashed!"), m_appName),
