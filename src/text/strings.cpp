@@ -2,6 +2,8 @@
 #include <wxsupport/config/inifile.h>
 #include <wxsupport/text/strings.h>
 
+#include "text/utf8form.h"
+
 #include <cstdlib>
 
 namespace {
@@ -10,6 +12,8 @@ namespace {
 // UTF-8 form: a code point beyond U+10FFFF makes the converter give an empty
 // buffer (after an assertion of its own) for a text that isn't empty.
 char* DuplicateUtf8(const wxString& text) {
+    if (!wxs_has_utf8_form(text))
+        return nullptr;
     const wxScopedCharBuffer utf8 = text.utf8_str();
     if (!utf8.data() || (utf8.length() == 0 && !text.empty()))
         return nullptr;

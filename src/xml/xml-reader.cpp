@@ -3,6 +3,7 @@
 // tree), and the table of node kind words that the reader and the tree share.
 #include <wxsupport/xml/xml-reader.h>
 
+#include "text/utf8form.h"
 #include "xml/attr-limit.h"
 
 #include <libxml/parser.h>
@@ -176,6 +177,8 @@ wxXmlReader::~wxXmlReader() {
 
 bool wxXmlReader::Open(const wxString& path) {
     DropShare(reader, shares);
+    if (!wxs_has_utf8_form(path))
+        return false;
     reader = xmlNewTextReaderFilename(path.ToUTF8().data());
     if (!reader)
         return false;
@@ -351,6 +354,8 @@ wxXmlWriter::~wxXmlWriter() {
 
 bool wxXmlWriter::Open(const wxString& path) {
     DropShare(writer, shares);
+    if (!wxs_has_utf8_form(path))
+        return false;
     writer = xmlNewTextWriterFilename(path.ToUTF8().data(), 0);
     if (!writer)
         return false;
@@ -374,10 +379,14 @@ bool wxXmlWriter::StartElement(const char* name) {
 }
 
 bool wxXmlWriter::WriteAttr(const char* name, const wxString& value) {
+    if (!wxs_has_utf8_form(value))
+        return false;
     return xmlTextWriterWriteAttribute(writer, X(name), X(value.mb_str(wxConvUTF8).data())) >= 0;
 }
 
 bool wxXmlWriter::WriteAttr(const wxString& name, const wxString& value) {
+    if (!wxs_has_utf8_form(name))
+        return false;
     return WriteAttr(name.mb_str(wxConvUTF8).data(), value);
 }
 
@@ -386,6 +395,8 @@ bool wxXmlWriter::WriteAttr(const char* name, int value) {
 }
 
 bool wxXmlWriter::WriteAttr(const wxString& name, int value) {
+    if (!wxs_has_utf8_form(name))
+        return false;
     return WriteAttr(name.mb_str(wxConvUTF8).data(), value);
 }
 
@@ -407,6 +418,8 @@ bool wxXmlWriter::writeAttr(const char* name, const wxDateTime& value) {
 }
 
 bool wxXmlWriter::WriteText(const wxString& text) {
+    if (!wxs_has_utf8_form(text))
+        return false;
     return xmlTextWriterWriteString(writer, X(text.mb_str(wxConvUTF8).data())) >= 0;
 }
 
@@ -470,11 +483,15 @@ void wxXmlTree::Close() {
 
 bool wxXmlTree::Open(const wxString& path) {
     wxASSERT(doc == 0 && root == 0);
+    if (!wxs_has_utf8_form(path))
+        return Take(nullptr, doc, root, share);
     return Take(xmlReadFile(path.ToUTF8().data(), nullptr, 0), doc, root, share);
 }
 
 bool wxXmlTree::Parse(const wxString& xml) {
     wxASSERT(doc == 0 && root == 0);
+    if (!wxs_has_utf8_form(xml))
+        return Take(nullptr, doc, root, share);
     const wxScopedCharBuffer utf8 = xml.utf8_str();
     if (utf8.length() > static_cast<size_t>(INT_MAX))
         return Take(nullptr, doc, root, share);
@@ -571,14 +588,14 @@ wxXmlNode wxXmlNode::GetNextElementSibling() const {
 }
 
 bool wxXmlNode::HasAttr(const wxString& name) const {
-    if (!node)
+    if (!node || !wxs_has_utf8_form(name))
         return false;
     return xmlHasProp(node, reinterpret_cast<const xmlChar*>(name.mb_str(wxConvUTF8).data())) !=
            nullptr;
 }
 
 wxString wxXmlNode::GetAttr(const wxString& name) const {
-    if (!node)
+    if (!node || !wxs_has_utf8_form(name))
         return wxString();
     const wxCharBuffer utf8 = name.mb_str(wxConvUTF8);
     const xmlChar* key = reinterpret_cast<const xmlChar*>(utf8.data());

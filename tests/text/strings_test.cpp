@@ -32,12 +32,10 @@ TEST(StoC, CopiesAndAssignmentsOwnTheirText) {
         EXPECT_STREQ(bytes, s.cstr());
 
     wxString bad(wxT("ok"));
-    bad += static_cast<wchar_t>(0x110000); // beyond U+10FFFF: the converter asserts
-    AssertCapture capture;
+    bad += static_cast<wchar_t>(0x110000); // beyond U+10FFFF: no UTF-8 form, quietly
     wxStoC n(bad), copy(n);
     c = n;
     EXPECT_TRUE(n.cstr() == nullptr && copy.cstr() == nullptr && c.cstr() == nullptr);
-    EXPECT_GE(capture.count(), 1u);
     c = a;
     EXPECT_STREQ(bytes, c.cstr());
 }

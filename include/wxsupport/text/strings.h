@@ -21,7 +21,7 @@ public:
     wxStoC& operator=(const wxStoC& other);
 
     // The UTF-8 text, valid while the object lives; null when the string has no
-    // UTF-8 form (a code point beyond U+10FFFF).
+    // UTF-8 form (a code point beyond U+10FFFF), without an assertion.
     const char* cstr();
 
 private:
