@@ -1009,7 +1009,10 @@ void ensureEol(Data& d, int32_t li) {
         return; // the empty head of the list writes nothing
     if (l.kind == kRaw && l.len && l.p[l.len - 1] == '\n')
         return; // a body's own last line end
-    l.eol = d.crlf ? 2 : 1;
+    // A CR at the end of the line is part of its text: a bare LF after it
+    // would make a CRLF of the two and swallow it, so it gets a CRLF.
+    const bool endsInCr = l.len && l.p[l.len - 1] == '\r';
+    l.eol = (d.crlf || endsInCr) ? 2 : 1;
     if (l.store == kInBuffer)
         l.store = kBufferText;
 }

@@ -235,6 +235,20 @@ TEST(WxIniFileErrors, FailedOpenKeepsContentsAndNamesThePath) {
     EXPECT_EQ(ini.ReadLong("s", "k", 0), 1);
 }
 
+TEST(WxIniFileValues, CarriageReturnAtTheEndOfAFileStaysData) {
+    // The last line has no line end and ends in CR; a line added after it
+    // must not turn that CR into half of a CRLF.
+    TempDir dir;
+    WriteFileBytes(dir.file("cr.ini"), "[s]\nk=v\r");
+    wxIniFile ini(dir.file("cr.ini"));
+    ASSERT_EQ(ini.ReadString("s", "k", ""), "v\r");
+    ini.WriteString("s", "added", "x");
+    ASSERT_TRUE(ini.Save(dir.file("cr.ini")));
+    wxIniFile reread(dir.file("cr.ini"));
+    EXPECT_EQ(reread.ReadString("s", "k", ""), "v\r");
+    EXPECT_EQ(reread.ReadString("s", "added", ""), "x");
+}
+
 TEST(WxIniFileErrors, OnlyRegularFilesOpen) {
     TempDir dir;
     const std::string fifo = dir.file("fifo");
