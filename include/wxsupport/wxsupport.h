@@ -9,6 +9,10 @@
 #include <wxsupport/controls/drawing.h>
 #include <wxsupport/controls/pdsizegroup.h>
 #include <wxsupport/controls/pdtextctrl.h>
+#include <wxsupport/dialogs/aboutdlg.h>
+#include <wxsupport/dialogs/crashreportdialog.h>
+#include <wxsupport/notify/dialogwithnotification.h>
+#include <wxsupport/notify/notificationpanel.h>
 #include <wxsupport/text/jmsdatetime.h>
 #include <wxsupport/text/strings.h>
 #include <wxsupport/xml/xml-reader.h>
