@@ -1,133 +1,61 @@
-// How the store reads the file format: sections, keys, comments, quoting,
-// line ends, byte order mark, duplicates.
+// How the store reads and writes the file format, and how it compares names.
 #include "store_util.h"
 
 #include <gtest/gtest.h>
 
-using Strings = std::vector<std::string>;
-
-TEST(Format, SectionsKeysBlanksAndComments) {
+TEST(Format, ReadingTable) {
+    struct Case {
+        const char* what;
+        std::string text, dump;
+    } cases[] = {
+        {"comments, bare keys, blanks",
+         "; c\n# h\n[ General ]  trailing\n  Name =  Sample value  \nEmpty=\nBare\n"
+         "\tTab\t=\tx\t\nEq = a = b\n  ; indented\nInline = v ; no # comment\n\n[O]\nk=v\n",
+         "[General]Name=Sample value|Empty=|Bare=|Tab=x|Eq=a = b|Inline=v ; no # comment|[O]k=v|"},
+        {"leading keys in \"\"", "# top\na=1\nb\n[s]\nc=3\n[]\nd=4\n", "[]a=1|b=|d=4|[s]c=3|"},
+        {"quoted values",
+         "[q]\np = \"  padded  \"\ne = \"a\\\\b\\\"c\\nd\\re\\tf\"\nu = \"C:\\temp\\x\"\n"
+         "raw = C:\\temp\nhalf = \"open\nin = \"a\" and \"b\"\nlone = \"\nnone = \"\"\n",
+         "[q]p=  padded  |e=a\\b\"c\nd\re\tf|u=C:\temp\\x|raw=C:\\temp|half=\"open|"
+         "in=a\" and \"b|lone=\"|none=|"},
+        {"quoted keys and sections",
+         "[\"a]b\"]\n\"k=ey\" = v\n\";semi\"=1\n\"bare q\"\n\"open = 2\n[ \"x\" ]\nk=3\n",
+         "[a]b]k=ey=v|;semi=1|bare q=|\"open=2|[\"x\"]k=3|"},
+        {"CRLF and BOM", "\xEF\xBB\xBF[s]\r\nk = v \r\nempty=\r\n\r\nlast=x",
+         "[s]k=v|empty=|last=x|"},
+        {"invalid UTF-8", "[s\xE5]\nk\xFF=\xE5l\n", "[s\xE5]k\xFF=\xE5l|"},
+        {"duplicates", "[a]\nx=1\nx=2\n[b]\ny=1\n[A]\nx=3\nz=4\n", "[a]x=1|z=4|[b]y=1|"},
+    };
     TempDir dir;
+    for (const Case& c : cases) {
+        Store h;
+        ASSERT_TRUE(LoadText(h, dir, c.text)) << c.what;
+        EXPECT_EQ(c.dump, Dump(h)) << c.what;
+        EXPECT_EQ(c.text, SavedText(h, dir)) << c.what;
+    }
+    // Writing a repeated key changes its first line only.
     Store h;
-    ASSERT_TRUE(LoadText(h, dir,
-                         "; leading comment\n"
-                         "# hash comment\n"
-                         "[ General ]  trailing text is ignored\n"
-                         "  Name =  Sample value  \n"
-                         "Empty=\n"
-                         "Bare\n"
-                         "\tTabbed\t=\tx\t\n"
-                         "Eq = a = b\n"
-                         "  ; indented comment\n"
-                         "Inline = v ; not a comment # nor this\n"
-                         "\n"
-                         "[Other]\n"
-                         "k=v\n"));
-    EXPECT_EQ(Strings({"General", "Other"}), Sections(h));
-    EXPECT_EQ(Strings({"Name", "Empty", "Bare", "Tabbed", "Eq", "Inline"}), Keys(h, "General"));
-    EXPECT_EQ("Sample value", Get(h, "General", "Name"));
-    EXPECT_EQ("", Get(h, "General", "Empty"));
-    EXPECT_EQ("", Get(h, "General", "Bare"));
-    EXPECT_EQ("x", Get(h, "General", "Tabbed"));
-    EXPECT_EQ("a = b", Get(h, "General", "Eq"));
-    EXPECT_EQ("v ; not a comment # nor this", Get(h, "General", "Inline"));
-    EXPECT_EQ("v", Get(h, "Other", "k"));
-    EXPECT_EQ(0, inifile_has_key(h, "General", "; indented comment"));
+    ASSERT_TRUE(LoadText(h, dir, cases[6].text));
+    inifile_write_string(h, "A", "X", "9");
+    EXPECT_EQ("[a]\nx=9\nx=2\n[b]\ny=1\n[A]\nx=3\nz=4\n", SavedText(h, dir));
 }
 
-TEST(Format, KeysBeforeTheFirstHeaderFormTheEmptySection) {
+TEST(Format, RefusedFilesNameTheirLine) {
     TempDir dir;
-    Store h;
-    ASSERT_TRUE(LoadText(h, dir, "# top\na=1\nb\n[s]\nc=3\n[]\nd=4\n"));
-    EXPECT_EQ(Strings({"", "s"}), Sections(h));
-    // A later "[]" block is the same section.
-    EXPECT_EQ(Strings({"a", "b", "d"}), Keys(h, ""));
-    EXPECT_EQ("1", Get(h, "", "a"));
-    EXPECT_EQ("4", Get(h, "", "d"));
-}
-
-TEST(Format, QuotedValuesDropTheirQuotesAndDecodeEscapes) {
-    TempDir dir;
-    Store h;
-    ASSERT_TRUE(LoadText(h, dir,
-                         "[q]\n"
-                         "plain = \"  padded  \"\n"
-                         "escapes = \"a\\\\b\\\"c\\nd\\re\\tf\"\n"
-                         "unknown = \"C:\\temp\\x\"\n"
-                         "doubled = \"C:\\\\temp\"\n"
-                         "unquoted = C:\\temp\n"
-                         "half = \"open only\n"
-                         "inner = \"a\" and \"b\"\n"
-                         "lone = \"\n"
-                         "empty = \"\"\n"));
-    EXPECT_EQ("  padded  ", Get(h, "q", "plain"));
-    EXPECT_EQ("a\\b\"c\nd\re\tf", Get(h, "q", "escapes"));
-    // \t is a tab even in a path; any other backslash stands for itself.
-    EXPECT_EQ("C:\temp\\x", Get(h, "q", "unknown"));
-    EXPECT_EQ("C:\\temp", Get(h, "q", "doubled"));
-    EXPECT_EQ("C:\\temp", Get(h, "q", "unquoted"));
-    EXPECT_EQ("\"open only", Get(h, "q", "half"));
-    EXPECT_EQ("a\" and \"b", Get(h, "q", "inner"));
-    EXPECT_EQ("\"", Get(h, "q", "lone"));
-    EXPECT_EQ("", Get(h, "q", "empty"));
-}
-
-TEST(Format, QuotedKeysAndSectionNames) {
-    TempDir dir;
-    Store h;
-    ASSERT_TRUE(LoadText(h, dir,
-                         "[\"a]b\"]\n"
-                         "\"k=ey\" = v\n"
-                         "\";semi\"=1\n"
-                         "\"bare quoted\"\n"
-                         "\"not closed = 2\n"
-                         "[ \"x\" ]\n"
-                         "k=3\n"));
-    EXPECT_EQ(Strings({"a]b", "\"x\""}), Sections(h));
-    EXPECT_EQ(Strings({"k=ey", ";semi", "bare quoted", "\"not closed"}), Keys(h, "a]b"));
-    EXPECT_EQ("v", Get(h, "a]b", "k=ey"));
-    EXPECT_EQ("2", Get(h, "a]b", "\"not closed"));
-}
-
-TEST(Format, CrlfAndByteOrderMark) {
-    TempDir dir;
-    Store h;
-    ASSERT_TRUE(LoadText(h, dir, "\xEF\xBB\xBF[s]\r\nk = v \r\nempty=\r\n\r\nlast=x"));
-    EXPECT_EQ(Strings({"s"}), Sections(h));
-    EXPECT_EQ("v", Get(h, "s", "k"));
-    EXPECT_EQ("", Get(h, "s", "empty"));
-    EXPECT_EQ("x", Get(h, "s", "last"));
-}
-
-TEST(Format, InvalidUtf8IsKeptAsItStands) {
-    TempDir dir;
-    Store h;
-    ASSERT_TRUE(LoadText(h, dir, "[s\xE5]\nk\xFF=\xE5l\n"));
-    EXPECT_EQ(Strings({"s\xE5"}), Sections(h));
-    EXPECT_EQ("\xE5l", Get(h, "s\xE5", "k\xFF"));
-}
-
-TEST(Format, RepeatedSectionsMergeAndTheFirstOfRepeatedKeysCounts) {
-    TempDir dir;
-    Store h;
-    ASSERT_TRUE(LoadText(h, dir, "[a]\nx=1\nx=2\n[b]\ny=1\n[A]\nx=3\nz=4\n"));
-    EXPECT_EQ(Strings({"a", "b"}), Sections(h));
-    EXPECT_EQ(Strings({"x", "z"}), Keys(h, "a"));
-    EXPECT_EQ("1", Get(h, "a", "x"));
-    EXPECT_EQ("4", Get(h, "A", "z"));
-}
-
-TEST(Format, ValueLooksLikeAHeaderButStaysAValue) {
-    TempDir dir;
-    Store h;
-    inifile_write_string(h, "s", "k", "x\n[other]\ny=1");
-    inifile_write_string(h, "s", "k2", "[another]");
-    std::string text = SavedText(h, dir);
-    Store back;
-    ASSERT_TRUE(LoadText(back, dir, text));
-    EXPECT_EQ(Strings({"s"}), Sections(back));
-    EXPECT_EQ("x\n[other]\ny=1", Get(back, "s", "k"));
-    EXPECT_EQ("[another]", Get(back, "s", "k2"));
+    std::string path = dir.file("bad.ini");
+    const std::pair<std::string, const char*> cases[] = {
+        {"[ok]\nk=v\n[broken\nx=1\n", "section header without a closing ']'"},
+        {std::string("[ok]\nk=v\nx=a\0b\n", 15), "the file contains a NUL byte"},
+    };
+    for (const auto& c : cases) {
+        Store h;
+        WriteFileBytes(path, c.first);
+        Result r = OpenFile(h, path);
+        EXPECT_NE(0, r.rc);
+        EXPECT_EQ(path + ":3", r.region);
+        EXPECT_EQ(c.second, r.message);
+        EXPECT_EQ(0, inifile_get_section_count(h));
+    }
 }
 
 TEST(Format, WriterQuotesOnlyWhereNeeded) {
@@ -139,54 +67,46 @@ TEST(Format, WriterQuotesOnlyWhereNeeded) {
     inifile_write_string(h, "a]b", ";k", "\"q\"");
     inifile_write_string(h, "a]b", "[k", "line\nbreak\r\ttab\\");
     inifile_write_string(h, "a]b", "#k", "");
-    inifile_write_string(h, "a]b", "", "empty key");
     inifile_write_string(h, " s", "\"k", "v");
-    EXPECT_EQ("[plain]\n"
-              "key=C:\\temp ; x = y\n"
-              "k=\"starts only\n"
-              "[\"a]b\"]\n"
-              "\"k=ey\"=\" padded \"\n"
-              "\";k\"=\"\\\"q\\\"\"\n"
-              "\"[k\"=\"line\\nbreak\\r\\ttab\\\\\"\n"
-              "\"#k\"=\n"
-              "=empty key\n"
-              "[\" s\"]\n"
-              "\"\\\"k\"=v\n",
+    EXPECT_EQ("[plain]\nkey=C:\\temp ; x = y\nk=\"starts only\n[\"a]b\"]\n\"k=ey\"=\" padded \"\n"
+              "\";k\"=\"\\\"q\\\"\"\n\"[k\"=\"line\\nbreak\\r\\ttab\\\\\"\n\"#k\"=\n"
+              "[\" s\"]\n\"\\\"k\"=v\n",
               SavedText(h, dir));
 }
 
-TEST(Format, UnterminatedHeaderAndNulByteAreErrorsWithTheirLine) {
-    TempDir dir;
-    std::string path = dir.file("bad.ini");
+TEST(Names, CaseFoldingAndBytes) {
     Store h;
-    WriteFileBytes(path, "[ok]\nk=v\n[broken\nx=1\n");
-    OpenResult r = OpenFile(h, path);
-    EXPECT_NE(0, r.rc);
-    EXPECT_EQ(path + ":3", r.region);
-    EXPECT_EQ("section header without a closing ']'", r.message);
-
-    WriteFileBytes(path, std::string("[ok]\nk=v\nx=a\0b\n", 15));
-    r = OpenFile(h, path);
-    EXPECT_NE(0, r.rc);
-    EXPECT_EQ(path + ":3", r.region);
-    EXPECT_EQ("the file contains a NUL byte", r.message);
-    EXPECT_EQ(0, inifile_get_section_count(h));
+    inifile_write_string(h, "Größe", "ΣΊΣΥΦΟΣ", "1");
+    EXPECT_EQ("1", Get(h, "GRÖßE", "σίσυφος"));         // final sigma folds to sigma
+    EXPECT_EQ("<absent>", Get(h, "GRÖSSE", "ΣΊΣΥΦΟΣ")); // ß to ss is full folding only
+    EXPECT_EQ("1", Get(h, "GRÖẞE", "ΣΊΣΥΦΟΣ"));         // U+1E9E folds to ß
+    inifile_write_string(h, "K", "x", "kelvin");
+    EXPECT_EQ("kelvin", Get(h, "\xE2\x84\xAA", "X"));   // KELVIN SIGN folds to k
+    inifile_write_string(h, "\xC4\xB0", "x", "dotted"); // U+0130 has no simple folding
+    EXPECT_EQ("<absent>", Get(h, "i", "x"));
+    inifile_write_string(h, "A\xC3", "K\xFF", "v"); // not UTF-8: byte by byte
+    EXPECT_EQ("v", Get(h, "A\xC3", "K\xFF"));
+    EXPECT_EQ("<absent>", Get(h, "a\xC3", "K\xFF"));
+    EXPECT_EQ("<absent>", Get(h, "A\xC3", "k\xFF"));
 }
 
-// A key read as plain text that starts with '"' is written quoted when its
-// line is rewritten, so that a '"' in the new value can't close it.
-TEST(Format, RewrittenLineKeepsAnOpenQuoteKeyApart) {
+TEST(Names, CaseSensitivityBelongsToTheHandle) {
     TempDir dir;
     Store h;
-    ASSERT_TRUE(LoadText(h, dir, "[s]\n\"abc\n\"def = 1\nplain  =  2\n"));
-    EXPECT_EQ(Strings({"\"abc", "\"def", "plain"}), Keys(h, "s"));
-    inifile_write_string(h, "s", "\"abc", "x\"");
-    inifile_write_string(h, "s", "\"def", "y\"");
-    inifile_write_string(h, "s", "plain", "3");
-    EXPECT_EQ("[s]\n\"\\\"abc\"=x\"\n\"\\\"def\" = y\"\nplain  =  3\n", SavedText(h, dir));
-    Store back;
-    ASSERT_TRUE(LoadText(back, dir, SavedText(h, dir)));
-    EXPECT_EQ(Strings({"\"abc", "\"def", "plain"}), Keys(back, "s"));
-    EXPECT_EQ("x\"", Get(back, "s", "\"abc"));
-    EXPECT_EQ("y\"", Get(back, "s", "\"def"));
+    inifile_set_case_sensitive(h, 1);
+    ASSERT_TRUE(LoadText(h, dir, "[a]\nk=1\n[A]\nK=2\n"));
+    EXPECT_EQ("[a]k=1|[A]K=2|", Dump(h));
+    inifile_clear(h);
+    inifile_write_string(h, "X", "k", "2");
+    EXPECT_EQ("<absent>", Get(h, "x", "k"));
+
+    // Switching after a load: merged stays merged, lookups follow the rule.
+    Store g;
+    ASSERT_TRUE(LoadText(g, dir, "[a]\nk=1\n[A]\nK=2\nj=3\n"));
+    inifile_set_case_sensitive(g, 1);
+    EXPECT_EQ("<absent>", Get(g, "a", "K"));
+    inifile_write_string(g, "A", "k", "new");
+    EXPECT_EQ("[a]k=1|j=3|[A]k=new|", Dump(g));
+    inifile_set_case_sensitive(g, 0);
+    EXPECT_EQ("1", Get(g, "A", "K")); // the first of the two now
 }

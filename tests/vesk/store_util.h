@@ -1,46 +1,93 @@
-// Helpers for the INI store tests: an owning handle, and loading a store
-// from text through a real file.
+// INI store test helpers: an owning handle, open/save with the error record
+// taken apart, and a one-line dump of a store.
 #pragma once
 
 #include <wxsupport/config/inifile.h>
 
 #include "tempdir.h"
 
+#include <algorithm>
+#include <memory>
 #include <string>
-#include <utility>
 #include <vector>
 
+#include <dirent.h>
+
+using Strings = std::vector<std::string>;
+
 // Owns one store handle.
-class Store {
-public:
-    Store() : m_h(inifile_new()) {}
-    ~Store() { inifile_delete(m_h); }
-    Store(const Store&) = delete;
-    Store& operator=(const Store&) = delete;
-    operator inifile() const { return m_h; }
-
-private:
-    inifile m_h;
+struct Store : std::unique_ptr<inifile_store, void (*)(inifile)> {
+    Store() : unique_ptr(inifile_new(), inifile_delete) {}
+    operator inifile() const { return get(); }
 };
 
-struct OpenResult {
+struct Result {
     int rc = 0;
-    std::string region;
-    std::string message;
+    std::string region, message;
 };
 
-// inifile_open/inifile_save with the error record taken apart and freed.
-OpenResult OpenFile(inifile h, const std::string& path);
-OpenResult SaveFile(inifile h, const std::string& path);
+inline Result Call(int (*fn)(inifile, const char*, pdError**), inifile h, const std::string& path) {
+    pdError* e = reinterpret_cast<pdError*>(1); // must be reset to null
+    Result r;
+    r.rc = fn(h, path.c_str(), &e);
+    if (e) {
+        r.region = pderror_region(e);
+        r.message = pderror_message(e);
+    }
+    pderror_free(e);
+    return r;
+}
+inline Result OpenFile(inifile h, const std::string& p) {
+    return Call(inifile_open, h, p);
+}
+inline Result SaveFile(inifile h, const std::string& p) {
+    return Call(inifile_save, h, p);
+}
 
-// Writes text to a file in dir and opens it into h; true on success.
-bool LoadText(inifile h, const TempDir& dir, const std::string& text);
-// Saves h to a file in dir and gives the file's bytes.
-std::string SavedText(inifile h, const TempDir& dir);
+inline bool LoadText(inifile h, const TempDir& dir, const std::string& text) {
+    WriteFileBytes(dir.file("load.ini"), text);
+    return OpenFile(h, dir.file("load.ini")).rc == 0;
+}
+inline std::string SavedText(inifile h, const TempDir& dir) {
+    return SaveFile(h, dir.file("saved.ini")).rc == 0 ? ReadFileBytes(dir.file("saved.ini"))
+                                                      : "<save failed>";
+}
 
-// read_string with "<absent>" as the default, as a std::string.
-std::string Get(inifile h, const char* sec, const char* key);
+inline std::string Get(inifile h, const char* sec, const char* key) {
+    return inifile_read_string(h, sec, key, "<absent>");
+}
+inline Strings Sections(inifile h) {
+    Strings out;
+    for (int i = 0; i < inifile_get_section_count(h); ++i)
+        out.push_back(inifile_get_section_by_index(h, i));
+    return out;
+}
+inline Strings Keys(inifile h, const char* sec) {
+    Strings out;
+    for (int i = 0; i < inifile_get_key_count(h, sec); ++i)
+        out.push_back(inifile_get_key_by_index(h, sec, i));
+    return out;
+}
+// "[sec]key=value|key=value|[sec2]..." in index order.
+inline std::string Dump(inifile h) {
+    std::string out;
+    for (const std::string& s : Sections(h)) {
+        out += "[" + s + "]";
+        for (const std::string& k : Keys(h, s.c_str()))
+            out += k + "=" + Get(h, s.c_str(), k.c_str()) + "|";
+    }
+    return out;
+}
 
-// Section names in index order, and the keys of one section.
-std::vector<std::string> Sections(inifile h);
-std::vector<std::string> Keys(inifile h, const char* sec);
+// The names in a directory but "." and "..", sorted.
+inline Strings DirEntries(const std::string& path) {
+    Strings out;
+    if (DIR* d = opendir(path.c_str())) {
+        while (dirent* e = readdir(d))
+            if (e->d_name[0] != '.')
+                out.push_back(e->d_name);
+        closedir(d);
+    }
+    std::sort(out.begin(), out.end());
+    return out;
+}
