@@ -63,7 +63,7 @@ TEST(Files, FailedOpenKeepsTheContents) {
     EXPECT_EQ(0, inifile_get_section_count(h));
 }
 
-TEST(Files, FailedSaveLeavesTheOldFileAndSavingKeepsPermissions) {
+TEST(Files, FailedSaveLeavesTheOldFileAndSavingKeepsPermissionsAndLinks) {
     TempDir dir;
     chmod(dir.path().c_str(), 0755);
     std::string ro = dir.file("ro"), path = ro + "/conf.ini", missing = dir.file("no/conf.ini");
@@ -86,9 +86,13 @@ TEST(Files, FailedSaveLeavesTheOldFileAndSavingKeepsPermissions) {
     EXPECT_EQ(Strings({"conf.ini"}), DirEntries(ro));
     EXPECT_EQ(Strings({"ro"}), DirEntries(dir.path()));
 
-    ASSERT_EQ(0, SaveFile(h, path).rc);
+    std::string link = dir.file("link.ini"); // a link stays, its target is replaced
+    ASSERT_EQ(0, symlink("ro/conf.ini", link.c_str()));
+    ASSERT_EQ(0, SaveFile(h, link).rc);
     EXPECT_EQ(kOld + "big=" + big + "\n", ReadFileBytes(path));
     struct stat sb;
+    ASSERT_EQ(0, lstat(link.c_str(), &sb));
+    EXPECT_TRUE(S_ISLNK(sb.st_mode));
     ASSERT_EQ(0, stat(path.c_str(), &sb));
     EXPECT_EQ(0640u, sb.st_mode & 07777);
     EXPECT_EQ(Strings({"conf.ini"}), DirEntries(ro));

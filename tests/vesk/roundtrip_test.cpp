@@ -57,8 +57,7 @@ TEST(RoundTrip, RealWorldFiles) {
     TempDir dir;
     Strings files = DirEntries(TestDataPath("ini"));
     ASSERT_GE(files.size(), 27u);
-    // The reference keeps the last of repeated keys and reads continuation
-    // lines; where a file has either, only the byte-identical save counts.
+    // Files with repeated keys (the reference keeps the last) or continuation lines.
     const Strings noReference = {"edge-visible.ini",        "fail2ban-action-iptables.conf",
                                  "goini-multiline.ini",     "mc-skin-dark.ini",
                                  "pylint-testing_pylintrc", "smb.conf.default"};
