@@ -11,10 +11,23 @@ packages=(
     libwxgtk3.2-dev libxml2-dev libutf8proc-dev
     googletest libgtest-dev
     clang libclang-rt-14-dev clang-format valgrind
-    xvfb xauth x11-utils xterm imagemagick fonts-dejavu-core tzdata
+    xvfb xauth x11-utils xterm imagemagick fonts-dejavu-core tzdata locales
 )
 if [ "${1:-}" = bench ]; then
     packages+=(libinih-dev libsimpleini-dev)
+fi
+
+# A locale with a decimal comma, for the tests that numbers ignore it.
+ensure_comma_locale() {
+    locale -a 2>/dev/null | grep -qi '^de_DE\.utf-\?8$' && return 0
+    command -v localedef >/dev/null || return 0
+    echo "setup: generating the de_DE.UTF-8 locale"
+    $sudo localedef -i de_DE -c -f UTF-8 de_DE.UTF-8 || true
+}
+
+sudo=""
+if [ "$(id -u)" -ne 0 ]; then
+    sudo=sudo
 fi
 
 missing=()
@@ -22,14 +35,14 @@ for p in "${packages[@]}"; do
     status=$(dpkg-query -W -f='${Status}' "$p" 2>/dev/null || true)
     [ "$status" = "install ok installed" ] || missing+=("$p")
 done
-[ ${#missing[@]} -eq 0 ] && exit 0
-
-echo "setup: installing ${missing[*]}"
-sudo=""
-if [ "$(id -u)" -ne 0 ]; then
-    command -v sudo >/dev/null || { echo "setup: need root or sudo to install packages" >&2; exit 1; }
-    sudo=sudo
+if [ ${#missing[@]} -gt 0 ]; then
+    echo "setup: installing ${missing[*]}"
+    if [ -n "$sudo" ] && ! command -v sudo >/dev/null; then
+        echo "setup: need root or sudo to install packages" >&2
+        exit 1
+    fi
+    export DEBIAN_FRONTEND=noninteractive
+    $sudo apt-get update -qq
+    $sudo apt-get install -y -qq --no-install-recommends "${missing[@]}" >/dev/null
 fi
-export DEBIAN_FRONTEND=noninteractive
-$sudo apt-get update -qq
-$sudo apt-get install -y -qq --no-install-recommends "${missing[@]}" >/dev/null
+ensure_comma_locale
