@@ -1,11 +1,11 @@
-#include "wx_interop.h"
-
+// wxWidgets' XML classes, apart from ours (see wx_interop_test.cpp).
 #include <wx/mstream.h>
 #include <wx/xml/xml.h>
 
-namespace {
+#include <string>
+#include <vector>
 
-void Collect(const wxXmlNode* node, std::vector<std::string>& names) {
+static void Collect(const wxXmlNode* node, std::vector<std::string>& names) {
     for (; node; node = node->GetNext()) {
         if (node->GetType() == wxXML_ELEMENT_NODE) {
             names.push_back(std::string(node->GetName().utf8_str()));
@@ -14,25 +14,11 @@ void Collect(const wxXmlNode* node, std::vector<std::string>& names) {
     }
 }
 
-bool Load(wxXmlDocument& doc, const std::string& utf8) {
-    wxMemoryInputStream in(utf8.data(), utf8.size());
-    return doc.Load(in);
-}
-
-} // namespace
-
 std::vector<std::string> WxElementNames(const std::string& utf8) {
     std::vector<std::string> names;
+    wxMemoryInputStream in(utf8.data(), utf8.size());
     wxXmlDocument doc;
-    if (Load(doc, utf8))
-        Collect(doc.GetRoot(), names);
-    return names;
-}
-
-std::vector<std::string> WxCopiedElementNames(const std::string& utf8) {
-    std::vector<std::string> names;
-    wxXmlDocument doc;
-    if (!Load(doc, utf8))
+    if (!doc.Load(in))
         return names;
     wxXmlDocument copy(doc);
     wxXmlNode assigned(wxXML_ELEMENT_NODE, "placeholder");

@@ -1,25 +1,47 @@
-// Helpers of the XML tests: quiet libxml2's error output in the test process
-// and write small documents into a temporary directory.
+// XML tests' fixture: silences libxml2 on the malformed input, writes documents.
 #pragma once
 
+#include "assert_capture.h"
 #include "tempdir.h"
 
+#include <gtest/gtest.h>
 #include <libxml/xmlerror.h>
+#include <wx/string.h>
 
 #include <string>
+#include <vector>
 
-// libxml2 prints every parse error of the malformed documents on standard
-// error; the tests feed it many on purpose. Only the test process does this.
-inline void IgnoreLibxmlMessage(void*, const char*, ...) {}
-inline void IgnoreLibxmlError(void*, xmlErrorPtr) {}
-inline void QuietLibxml() {
-    xmlSetGenericErrorFunc(nullptr, IgnoreLibxmlMessage);
-    xmlSetStructuredErrorFunc(nullptr, IgnoreLibxmlError);
+using Names = std::vector<std::string>;
+
+inline std::string Utf8(const wxString& s) {
+    return std::string(s.utf8_str());
 }
 
-// Writes bytes to dir/name and gives the path.
-inline std::string WriteDoc(const TempDir& dir, const std::string& name, const std::string& bytes) {
-    const std::string path = dir.file(name);
-    WriteFileBytes(path, bytes);
-    return path;
+inline void QuietLibxml() {
+    xmlSetStructuredErrorFunc(nullptr, [](void*, xmlErrorPtr) {});
+}
+
+class XmlTest : public testing::Test {
+protected:
+    void SetUp() override { QuietLibxml(); }
+    wxString Path(const std::string& name) const { return wxString::FromUTF8(dir.file(name)); }
+    wxString Doc(const std::string& bytes) {
+        const std::string name = "doc" + std::to_string(++count) + ".xml";
+        WriteFileBytes(dir.file(name), bytes);
+        return Path(name);
+    }
+
+    TempDir dir;
+    int count = 0;
+};
+
+// Conditions that fn asserted, one after the other.
+template <class Fn>
+std::string Asserted(Fn fn) {
+    AssertCapture capture;
+    fn();
+    std::string out;
+    for (const wxString& c : capture.conditions())
+        out += Utf8(c);
+    return out;
 }
