@@ -195,9 +195,13 @@ void wxXmlReader::Close() {
     DropShare(reader, shares);
 }
 
-bool wxXmlReader::iRead() {
+namespace {
+// One step of iRead or iNext: moves with `step` past comments and white
+// space; sets eof at the orderly end, leaves it alone on a failure.
+template <int (*step)(xmlTextReaderPtr)>
+bool Advance(xmlTextReaderPtr reader, bool& eof) {
     for (;;) {
-        const int r = xmlTextReaderRead(reader);
+        const int r = step(reader);
         if (r == 0) {
             eof = true;
             return false;
@@ -210,21 +214,14 @@ bool wxXmlReader::iRead() {
             return true;
     }
 }
+} // namespace
+
+bool wxXmlReader::iRead() {
+    return Advance<xmlTextReaderRead>(reader, eof);
+}
 
 bool wxXmlReader::iNext() {
-    for (;;) {
-        const int r = xmlTextReaderNext(reader);
-        if (r == 0) {
-            eof = true;
-            return false;
-        }
-        if (r != 1)
-            return false;
-        const int type = xmlTextReaderNodeType(reader);
-        if (type != XML_READER_TYPE_COMMENT && type != XML_READER_TYPE_WHITESPACE &&
-            type != XML_READER_TYPE_SIGNIFICANT_WHITESPACE)
-            return true;
-    }
+    return Advance<xmlTextReaderNext>(reader, eof);
 }
 
 bool wxXmlReader::IsEOF() {
