@@ -3,6 +3,7 @@
 #include <wxsupport/console/console.h>
 
 #include "child_process.h"
+#include "pty.h"
 
 #include <gtest/gtest.h>
 
@@ -29,7 +30,7 @@ TEST(ConsoleColorAttribute, WholeTableAndEdges) {
 }
 
 TEST(ConsoleSetColor, WritesSgrToTerminalsOnly) {
-    const std::string problems = RunInChild([]() -> std::string {
+    const std::string problems = ProblemsInChild([]() -> std::string {
         const struct {
             int fg, bg;
             const char* sgr;

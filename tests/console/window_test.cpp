@@ -4,6 +4,7 @@
 #include <wxsupport/console/console.h>
 
 #include "child_process.h"
+#include "pty.h"
 #include "tempdir.h"
 
 #include <gtest/gtest.h>
@@ -51,7 +52,7 @@ protected:
 };
 
 TEST_F(ConsoleWindow, CreateBindsTheStandardStreamsOnce) {
-    const std::string problems = RunInChild([this]() -> std::string {
+    const std::string problems = ProblemsInChild([this]() -> std::string {
         PrepareChild();
         std::printf("before the console\n");
         if (pd_console_create() != 1)
@@ -86,7 +87,7 @@ TEST_F(ConsoleWindow, CreateBindsTheStandardStreamsOnce) {
 }
 
 TEST_F(ConsoleWindow, NoConsoleWhenStdoutIsATerminal) {
-    const std::string problems = RunInChild([this]() -> std::string {
+    const std::string problems = ProblemsInChild([this]() -> std::string {
         PrepareChild();
         int master, slave;
         struct stat in;
@@ -106,7 +107,7 @@ TEST_F(ConsoleWindow, NoConsoleWhenStdoutIsATerminal) {
 // A GUI program may start with its standard descriptors closed; the console
 // must not take one of them for itself.
 TEST_F(ConsoleWindow, WorksWithClosedStandardDescriptors) {
-    const std::string problems = RunInChild([this]() -> std::string {
+    const std::string problems = ProblemsInChild([this]() -> std::string {
         PrepareChild();
         for (int fd = 0; fd <= 2; ++fd)
             close(fd);
@@ -125,11 +126,9 @@ TEST_F(ConsoleWindow, WorksWithClosedStandardDescriptors) {
 // an xterm that ends with the program.
 TEST(ConsoleRealXterm, WindowComesAndGoes) {
     ASSERT_TRUE(getenv("DISPLAY")) << "needs an X display";
-    int fds[2];
-    ASSERT_EQ(0, pipe(fds));
-    const std::string problems = RunInChild([&fds]() -> std::string {
+    const ChildResult r = RunInChild([](int report) {
         if (pd_console_create() != 1 || !isatty(STDOUT_FILENO))
-            return "no console with the real xterm";
+            return 1;
         pd_console_set_color(0x11, 0);
         std::printf("red text\n");
         std::cout << "iostream text" << std::endl;
@@ -138,14 +137,12 @@ TEST(ConsoleRealXterm, WindowComesAndGoes) {
         FILE* pgrep = popen(command.c_str(), "r");
         char pid[32] = {};
         const bool found = pgrep && std::fgets(pid, sizeof pid, pgrep) && pclose(pgrep) == 0;
-        return found && write(fds[1], pid, sizeof pid) > 0 ? "" : "no xterm child";
+        return found && WriteAll(report, pid) ? 0 : 2;
     });
-    close(fds[1]);
-    EXPECT_EQ("", problems);
-    char pid[32] = {};
-    ASSERT_GT(read(fds[0], pid, sizeof pid - 1), 0);
-    close(fds[0]);
-    EXPECT_TRUE(Ended(std::atoi(pid))) << "xterm still running after the program ended";
+    ASSERT_TRUE(r.ok()) << "1: no console with the real xterm, 2: no xterm child; child ended with "
+                        << r.describe();
+    EXPECT_TRUE(Ended(std::atoi(r.report.c_str())))
+        << "xterm still running after the program ended";
 }
 
 } // namespace

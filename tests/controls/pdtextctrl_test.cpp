@@ -1,15 +1,57 @@
-// pdTextCtrl driven by the program: the test of each kind as OnText runs it
-// inside SetValue, the flag and background it leaves, and what each typed
-// setter and getter does. Real typing is in pdtextctrl_input_test.cpp.
+// pdTextCtrl driven by the program (the test of each kind as OnText runs it
+// inside SetValue, the flag and background it leaves, what each typed setter
+// and getter does) and under real input: keys typed and clicks made through
+// wxUIActionSimulator (XTest) into a frame on the X display, with the colour
+// checked on the screen itself. The parent records the command events that
+// reach it.
 #include "assert_capture.h"
-#include "pdtextctrl_fixture.h"
+#include "frame_test.h"
+#include "screenshot.h"
 
+#include <gtest/gtest.h>
 #include <wx/intl.h>
+#include <wxsupport/controls/pdtextctrl.h>
 
 #include <climits>
 #include <functional>
+#include <string>
+#include <utility>
+#include <vector>
 
 namespace {
+
+class PdTextCtrlTest : public FrameTest {
+protected:
+    void SetUp() override {
+        FrameTest::SetUp();
+        m_panel->Bind(wxEVT_TEXT, [this](wxCommandEvent& e) { m_textIds.push_back(e.GetId()); });
+        auto record = [this](wxCommandEvent& e) {
+            m_focusEvents.emplace_back(e.GetEventType(), e.GetId());
+        };
+        m_panel->Bind(wxEVT_COMMAND_SET_FOCUS, record);
+        m_panel->Bind(wxEVT_COMMAND_KILL_FOCUS, record);
+    }
+
+    pdTextCtrl* Make(pdTextCtrlType type, const wxString& value = wxString(), int id = wxID_ANY,
+                     const wxPoint& pos = wxDefaultPosition) {
+        return new pdTextCtrl(m_panel, id, value, pos, wxSize(200, -1), type);
+    }
+
+    // "system" while the control has no background of its own, else "white",
+    // "yellow" or the colour's text.
+    static std::string Background(pdTextCtrl* ctrl) {
+        const wxColour colour = ctrl->GetBackgroundColour();
+        if (!ctrl->UseBackgroundColour())
+            return "system";
+        return colour == *wxWHITE ? "white"
+               : colour == wxColour(255, 255, 0)
+                   ? "yellow"
+                   : colour.GetAsString(wxC2S_HTML_SYNTAX).ToStdString();
+    }
+
+    std::vector<int> m_textIds;                             // ids of the text events
+    std::vector<std::pair<wxEventType, int>> m_focusEvents; // type and id
+};
 
 TEST_F(PdTextCtrlTest, StartsUntestedAndHandsItsArgumentsToTheBase) {
     for (pdTextCtrlType type :
@@ -244,6 +286,75 @@ TEST_F(PdTextCtrlTest, NumberGettersIgnoreTheKindAndFallBack) {
     EXPECT_EQ(0.333333, ctrl->GetDouble());
     ctrl->SetLong(LONG_MAX);
     EXPECT_EQ(LONG_MAX, ctrl->GetLong());
+}
+
+// Real input.
+
+// Share of the control's middle band, away from border, caret and text, that
+// the screen shows in the colour.
+double OnScreen(pdTextCtrl* ctrl, const wxColour& colour) {
+    double share = 0.0;
+    WaitFor(
+        [&] {
+            const wxImage image = CaptureWindow(ctrl);
+            const int w = image.GetWidth(), h = image.GetHeight();
+            share = ShareOfColour(image, colour, wxRect(w / 3, h / 4, w * 2 / 3 - 4, h / 2));
+            return share > 0.8;
+        },
+        1000);
+    return share;
+}
+
+bool TypeAndWait(pdTextCtrl* ctrl, const char* text, const wxString& shown) {
+    return TypeText(text) && WaitFor([&] { return ctrl->GetValue() == shown; });
+}
+
+TEST_F(PdTextCtrlTest, DigitTypedAndErasedLeavesAnEmptyLongFieldYellow) {
+    pdTextCtrl* ctrl = Make(pdTEXT_LONG, "", wxID_ANY, wxPoint(10, 10));
+    ASSERT_TRUE(ShowAndActivate(m_frame) && FocusAndWait(ctrl));
+    ASSERT_TRUE(TypeAndWait(ctrl, "7", "7"));
+    EXPECT_TRUE(ctrl->IsValid() && ctrl->IsAltered());
+    ASSERT_TRUE(PressKey(WXK_BACK));
+    ASSERT_TRUE(WaitFor([&] { return ctrl->GetValue().empty(); }));
+    EXPECT_FALSE(ctrl->IsValid());
+    EXPECT_EQ("yellow", Background(ctrl));
+    EXPECT_GT(OnScreen(ctrl, wxColour(255, 255, 0)), 0.8);
+    SaveScreenshot("pdtextctrl-long-erased", m_frame);
+}
+
+TEST_F(PdTextCtrlTest, GoodDateTypedOverNoValueMakesTheFieldValidAlteredAndWhite) {
+    pdTextCtrl* ctrl = Make(pdTEXT_DATE, "", wxID_ANY, wxPoint(10, 10));
+    ctrl->SetNoValue();
+    ASSERT_TRUE(ShowAndActivate(m_frame) && FocusAndWait(ctrl));
+    ctrl->SelectAll();
+    ASSERT_TRUE(TypeAndWait(ctrl, "2024-05-06", "2024-05-06"));
+    EXPECT_TRUE(ctrl->IsValid() && ctrl->IsAltered());
+    EXPECT_EQ("white", Background(ctrl));
+    EXPECT_EQ(wxDateTime(6, wxDateTime::May, 2024), ctrl->GetDateTime());
+    EXPECT_GT(OnScreen(ctrl, *wxWHITE), 0.8);
+    SaveScreenshot("pdtextctrl-date-typed", m_frame);
+}
+
+TEST_F(PdTextCtrlTest, FocusChangesReachTheParentAsCommandEvents) {
+    pdTextCtrl* first = Make(pdTEXT_LONG, "x", 101, wxPoint(10, 10));
+    pdTextCtrl* second = Make(pdTEXT_DATE, "2024-05-06", 102, wxPoint(10, 60));
+    ASSERT_TRUE(ShowAndActivate(m_frame) && FocusAndWait(first));
+    Pump(50);
+    using Events = std::vector<std::pair<wxEventType, int>>;
+    m_focusEvents.clear();
+    ASSERT_TRUE(ClickInto(second));
+    ASSERT_TRUE(WaitFor([&] { return wxWindow::FindFocus() == second; }));
+    Pump(100);
+    EXPECT_EQ((Events{{wxEVT_COMMAND_KILL_FOCUS, 101}, {wxEVT_COMMAND_SET_FOCUS, 102}}),
+              m_focusEvents);
+    m_focusEvents.clear();
+    ASSERT_TRUE(PressKey(WXK_TAB));
+    ASSERT_TRUE(WaitFor([&] { return wxWindow::FindFocus() == first; }));
+    Pump(100);
+    EXPECT_EQ((Events{{wxEVT_COMMAND_KILL_FOCUS, 102}, {wxEVT_COMMAND_SET_FOCUS, 101}}),
+              m_focusEvents);
+    // Focus changes test nothing.
+    EXPECT_TRUE(first->IsValid() && first->GetValue() == "x" && m_textIds.empty());
 }
 
 } // namespace

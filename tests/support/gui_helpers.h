@@ -5,11 +5,11 @@
 
 #include <wx/gdicmn.h>
 #include <wx/string.h>
+#include <wx/window.h>
 
 #include <functional>
 
 class wxTopLevelWindow;
-class wxWindow;
 
 // Dispatches pending GTK/X events, queued wxWidgets events and idle handling
 // once.
@@ -48,3 +48,16 @@ bool PressKey(int keycode, int modifiers = 0);
 
 // Destroys a top-level window and dispatches events until it is deleted.
 void DestroyAndWait(wxTopLevelWindow* window);
+
+// First window of type T below `parent` (depth first), with `label` if one is
+// given; nullptr when there is none.
+template <class T>
+T* FindChild(wxWindow* parent, const wxString& label = wxString()) {
+    for (wxWindow* w : parent->GetChildren()) {
+        if (T* t = dynamic_cast<T*>(w); t && (label.empty() || t->GetLabel() == label))
+            return t;
+        if (T* t = FindChild<T>(w, label))
+            return t;
+    }
+    return nullptr;
+}

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 class TempDir {
 public:
@@ -22,5 +23,7 @@ private:
 std::string ReadFileBytes(const std::string& path);
 void WriteFileBytes(const std::string& path, const std::string& bytes);
 bool FileExists(const std::string& path);
+// Names in a directory, sorted, without "." and ".."; empty when it cannot be read.
+std::vector<std::string> ListDir(const std::string& dir);
 // Path of a file below tests/data.
 std::string TestDataPath(const std::string& relative);

@@ -1,7 +1,8 @@
 // Text that has no UTF-8 form. wxString holds 32-bit characters and
 // wxString::FromUTF8 accepts four-byte sequences beyond U+10FFFF (F4 90 and
 // up), so a host can hand the library such a string from a file or the
-// clipboard. Every operation that turns text into UTF-8 must then take its
+// clipboard. Every operation that turns text into UTF-8 (the string bridge,
+// the XML tree and writer, the INI file) tests it first and takes its
 // documented fallback quietly: no assertion, no crash.
 #include "tempdir.h"
 
