@@ -57,13 +57,16 @@ TEST_F(PdTextCtrlTest, StartsUntestedAndHandsItsArgumentsToTheBase) {
     for (pdTextCtrlType type :
          {pdTEXT_PLAIN, pdTEXT_LONG, pdTEXT_DOUBLE, pdTEXT_TIME, pdTEXT_DATE}) {
         pdTextCtrl* ctrl = Make(type, "bad");
-        EXPECT_TRUE(ctrl->IsValid() && !ctrl->IsAltered()) << type;
+        EXPECT_TRUE(ctrl->IsValid()) << type;
+        EXPECT_FALSE(ctrl->IsAltered()) << type;
         EXPECT_EQ("system", Background(ctrl)) << type;
     }
     EXPECT_TRUE(m_textIds.empty());
     pdTextCtrl* ctrl = new pdTextCtrl(m_panel, 4711, "12", wxPoint(5, 7), wxSize(150, -1),
                                       pdTEXT_LONG, wxTE_READONLY, wxDefaultValidator, "amount");
-    EXPECT_TRUE(ctrl->GetId() == 4711 && ctrl->GetName() == "amount" && !ctrl->IsEditable());
+    EXPECT_EQ(ctrl->GetId(), 4711);
+    EXPECT_EQ(ctrl->GetName(), "amount");
+    EXPECT_FALSE(ctrl->IsEditable());
     EXPECT_EQ(wxPoint(5, 7), ctrl->GetPosition());
 }
 
@@ -88,7 +91,9 @@ TEST_F(PdTextCtrlTest, BackgroundFollowsChangesOfTheFlag) {
     EXPECT_EQ(std::vector<int>(5, 300), m_textIds);
     // Without a text event only IsAltered follows.
     ctrl->ChangeValue("4");
-    EXPECT_TRUE(!ctrl->IsValid() && ctrl->IsAltered() && m_textIds.size() == 5);
+    EXPECT_FALSE(ctrl->IsValid());
+    EXPECT_TRUE(ctrl->IsAltered());
+    EXPECT_EQ(m_textIds.size(), 5u);
 }
 
 // The handlers are public; called directly they show what they hand on.
@@ -97,7 +102,9 @@ TEST_F(PdTextCtrlTest, FocusHandlersPassTheEventOnAndSkipIt) {
     wxFocusEvent gained(wxEVT_SET_FOCUS, 555), lost(wxEVT_KILL_FOCUS, 556);
     ctrl->OnSetFocus(gained);
     ctrl->OnKillFocus(lost);
-    EXPECT_TRUE(gained.GetSkipped() && lost.GetSkipped() && ctrl->IsValid());
+    EXPECT_TRUE(gained.GetSkipped());
+    EXPECT_TRUE(lost.GetSkipped());
+    EXPECT_TRUE(ctrl->IsValid());
     EXPECT_EQ((std::vector<std::pair<wxEventType, int>>{{wxEVT_COMMAND_SET_FOCUS, 555},
                                                         {wxEVT_COMMAND_KILL_FOCUS, 556}}),
               m_focusEvents);
@@ -180,7 +187,9 @@ TEST_F(PdTextCtrlTest, FormsOfEachKind) {
         for (const char* text : k.bad) {
             ctrl->SetValue(text);
             EXPECT_FALSE(ctrl->IsValid()) << k.type << " \"" << text << "\"";
-            EXPECT_FALSE(k.type == pdTEXT_DATE && ctrl->GetDateTime().IsValid()) << text;
+            if (k.type == pdTEXT_DATE) {
+                EXPECT_FALSE(ctrl->GetDateTime().IsValid()) << text;
+            }
         }
     }
     EXPECT_EQ(0u, capture.count());
@@ -311,9 +320,11 @@ bool TypeAndWait(pdTextCtrl* ctrl, const char* text, const wxString& shown) {
 
 TEST_F(PdTextCtrlTest, DigitTypedAndErasedLeavesAnEmptyLongFieldYellow) {
     pdTextCtrl* ctrl = Make(pdTEXT_LONG, "", wxID_ANY, wxPoint(10, 10));
-    ASSERT_TRUE(ShowAndActivate(m_frame) && FocusAndWait(ctrl));
+    ASSERT_TRUE(ShowAndActivate(m_frame));
+    ASSERT_TRUE(FocusAndWait(ctrl));
     ASSERT_TRUE(TypeAndWait(ctrl, "7", "7"));
-    EXPECT_TRUE(ctrl->IsValid() && ctrl->IsAltered());
+    EXPECT_TRUE(ctrl->IsValid());
+    EXPECT_TRUE(ctrl->IsAltered());
     ASSERT_TRUE(PressKey(WXK_BACK));
     ASSERT_TRUE(WaitFor([&] { return ctrl->GetValue().empty(); }));
     EXPECT_FALSE(ctrl->IsValid());
@@ -325,10 +336,12 @@ TEST_F(PdTextCtrlTest, DigitTypedAndErasedLeavesAnEmptyLongFieldYellow) {
 TEST_F(PdTextCtrlTest, GoodDateTypedOverNoValueMakesTheFieldValidAlteredAndWhite) {
     pdTextCtrl* ctrl = Make(pdTEXT_DATE, "", wxID_ANY, wxPoint(10, 10));
     ctrl->SetNoValue();
-    ASSERT_TRUE(ShowAndActivate(m_frame) && FocusAndWait(ctrl));
+    ASSERT_TRUE(ShowAndActivate(m_frame));
+    ASSERT_TRUE(FocusAndWait(ctrl));
     ctrl->SelectAll();
     ASSERT_TRUE(TypeAndWait(ctrl, "2024-05-06", "2024-05-06"));
-    EXPECT_TRUE(ctrl->IsValid() && ctrl->IsAltered());
+    EXPECT_TRUE(ctrl->IsValid());
+    EXPECT_TRUE(ctrl->IsAltered());
     EXPECT_EQ("white", Background(ctrl));
     EXPECT_EQ(wxDateTime(6, wxDateTime::May, 2024), ctrl->GetDateTime());
     EXPECT_GT(OnScreen(ctrl, *wxWHITE), 0.8);
@@ -338,7 +351,8 @@ TEST_F(PdTextCtrlTest, GoodDateTypedOverNoValueMakesTheFieldValidAlteredAndWhite
 TEST_F(PdTextCtrlTest, FocusChangesReachTheParentAsCommandEvents) {
     pdTextCtrl* first = Make(pdTEXT_LONG, "x", 101, wxPoint(10, 10));
     pdTextCtrl* second = Make(pdTEXT_DATE, "2024-05-06", 102, wxPoint(10, 60));
-    ASSERT_TRUE(ShowAndActivate(m_frame) && FocusAndWait(first));
+    ASSERT_TRUE(ShowAndActivate(m_frame));
+    ASSERT_TRUE(FocusAndWait(first));
     Pump(50);
     using Events = std::vector<std::pair<wxEventType, int>>;
     m_focusEvents.clear();
@@ -354,7 +368,9 @@ TEST_F(PdTextCtrlTest, FocusChangesReachTheParentAsCommandEvents) {
     EXPECT_EQ((Events{{wxEVT_COMMAND_KILL_FOCUS, 102}, {wxEVT_COMMAND_SET_FOCUS, 101}}),
               m_focusEvents);
     // Focus changes test nothing.
-    EXPECT_TRUE(first->IsValid() && first->GetValue() == "x" && m_textIds.empty());
+    EXPECT_TRUE(first->IsValid());
+    EXPECT_EQ(first->GetValue(), "x");
+    EXPECT_TRUE(m_textIds.empty());
 }
 
 } // namespace

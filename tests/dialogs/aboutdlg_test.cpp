@@ -14,7 +14,8 @@ TEST(AboutDlg, OnlyUptimeUntilSettersShowTheirRows) {
     EXPECT_EQ(dlg->GetTitle(), "");
     std::vector<wxString> rows = ShownRows(dlg);
     ASSERT_EQ(rows.size(), 1u);
-    EXPECT_TRUE(rows[0].StartsWith("Uptime: ") && rows[0].EndsWith(" seconds")) << rows[0];
+    EXPECT_TRUE(rows[0].StartsWith("Uptime: ")) << rows[0];
+    EXPECT_TRUE(rows[0].EndsWith(" seconds")) << rows[0];
     EXPECT_FALSE(FindChild<wxStaticBitmap>(dlg)->IsShown());
 
     dlg->SetBuildInfo("gcc (C) build");

@@ -16,12 +16,14 @@
 
 TEST(CrashReportDialog, ListsTheReportFilesAndClosesOrAborts) {
     CrashReportDialog* dlg = new CrashReportDialog("50% Tool", "bugs%s@example.org");
-    EXPECT_TRUE(dlg->GetTitle() == "Crash report" && !dlg->GetParent());
+    EXPECT_EQ(dlg->GetTitle(), "Crash report");
+    EXPECT_EQ(dlg->GetParent(), nullptr);
     std::vector<wxString> rows = ShownRows(dlg);
     ASSERT_EQ(rows.size(), 5u);
     rows[1].Replace("\n", " "); // wrapped at 400 pixels
-    EXPECT_TRUE(rows[1].Contains("50% Tool has experienced") &&
-                rows[1].Contains("send an email to <b>bugs%s@example.org<b> and attach"));
+    EXPECT_TRUE(rows[1].Contains("50% Tool has experienced")) << rows[1];
+    EXPECT_TRUE(rows[1].Contains("send an email to <b>bugs%s@example.org<b> and attach"))
+        << rows[1];
     rows[1] = "";
     EXPECT_EQ(rows,
               std::vector<wxString>({"50% Tool has crashed!", "", "",

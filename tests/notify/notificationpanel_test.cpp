@@ -25,7 +25,10 @@ TEST(NotificationPanel, RowOfIconTextAndButtonFollowsItsContent) {
     wxStaticBitmap* icon = FindChild<wxStaticBitmap>(panel);
     wxStaticText* label = FindChild<wxStaticText>(panel);
     wxButton* close = FindChild<wxButton>(panel);
-    ASSERT_TRUE(icon && label && close && close->GetId() == wxID_CLOSE);
+    ASSERT_NE(icon, nullptr);
+    ASSERT_NE(label, nullptr);
+    ASSERT_NE(close, nullptr);
+    EXPECT_EQ(close->GetId(), wxID_CLOSE);
 
     panel->SetLabel("Short");
     panel->SetIcon(wxART_WARNING);
@@ -40,7 +43,8 @@ TEST(NotificationPanel, RowOfIconTextAndButtonFollowsItsContent) {
     panel->HideIcon();
     panel->ShowCloseButton(false);
     panel->SetSize(small);
-    EXPECT_FALSE(icon->IsShown() || close->IsShown());
+    EXPECT_FALSE(icon->IsShown());
+    EXPECT_FALSE(close->IsShown());
     EXPECT_EQ(label->GetRect(),
               wxRect(12, label->GetPosition().y, small.x - 24, label->GetSize().y));
     panel->SetIcon("no-such-art-id"); // no bitmap, but the icon's place is back

@@ -101,10 +101,13 @@ TEST(JmsDateTime, ParseFormsAndLeftovers) {
 TEST(JmsDateTime, FormatReadsBackAndOrders) {
     jmsDateTime v = Make({5, 3, 7, 8, 5}), w = Make({INT_MIN, 12, 31, 24, 0});
     EXPECT_EQ(wxT("05-03-07 08:05"), v.FormatDate() + wxT(" ") + v.FormatTime());
-    EXPECT_TRUE(v.ParseDate(w.FormatDate()) && v.ParseTime(w.FormatTime()) && v == w);
+    EXPECT_TRUE(v.ParseDate(w.FormatDate()));
+    EXPECT_TRUE(v.ParseTime(w.FormatTime()));
+    EXPECT_TRUE(v == w);
     jmsDateTime c = Make(kStart);
     c = std::move(w); // the source keeps its fields
-    EXPECT_TRUE(c == v && w == v);
+    EXPECT_TRUE(c == v);
+    EXPECT_TRUE(w == v);
     v.ParseDate(wxT("-3--4"));
     EXPECT_EQ(wxT("-3--4-31"), v.FormatDate()); // unchecked fields print as they are
     // Each field decides when the ones before it are equal, whatever follows.
@@ -116,10 +119,17 @@ TEST(JmsDateTime, FormatReadsBackAndOrders) {
         for (int k = i + 1; k < 5; ++k)
             up[k] = lo[k], down[k] = hi[k];
         jmsDateTime u = Make(up), d = Make(down);
-        EXPECT_TRUE(u > b && !(b > u) && u != b && !(u == b) && b > d && !(d > b)) << i;
+        EXPECT_TRUE(u > b) << i;
+        EXPECT_FALSE(b > u) << i;
+        EXPECT_TRUE(u != b) << i;
+        EXPECT_FALSE(u == b) << i;
+        EXPECT_TRUE(b > d) << i;
+        EXPECT_FALSE(d > b) << i;
     }
     jmsDateTime l = Make(lo);
-    EXPECT_TRUE(b > l && !(l > b) && !(b > b));
+    EXPECT_TRUE(b > l);
+    EXPECT_FALSE(l > b);
+    EXPECT_FALSE(b > b);
 }
 
 // tests/data/dates/dates.csv: check results, MkTime's count and the fields

@@ -35,7 +35,9 @@ TEST(StoC, CopiesAndAssignmentsOwnTheirText) {
     bad += static_cast<wchar_t>(0x110000); // beyond U+10FFFF: no UTF-8 form, quietly
     wxStoC n(bad), copy(n);
     c = n;
-    EXPECT_TRUE(n.cstr() == nullptr && copy.cstr() == nullptr && c.cstr() == nullptr);
+    EXPECT_EQ(n.cstr(), nullptr);
+    EXPECT_EQ(copy.cstr(), nullptr);
+    EXPECT_EQ(c.cstr(), nullptr);
     c = a;
     EXPECT_STREQ(bytes, c.cstr());
 }
@@ -91,7 +93,8 @@ TEST(MonthNumber, OneBasedAndOutOfRangeRefused) {
         wx_set_month_number(d, m);
         EXPECT_EQ(static_cast<wxDateTime::Month>(m - 1), d.GetMonth());
         EXPECT_EQ(m, wx_get_month_number(d));
-        EXPECT_TRUE(d.GetDay() == 15 && d.GetYear() == 2023);
+        EXPECT_EQ(d.GetDay(), 15);
+        EXPECT_EQ(d.GetYear(), 2023);
     }
     for (int bad : {0, 13, -1, INT_MIN, INT_MAX}) {
         AssertCapture capture;
@@ -114,11 +117,11 @@ TEST(ValidateDate, CalendarRules) {
     for (int year : {2024, 2000, 0, -4})
         EXPECT_TRUE(pd_validate_wx_date(year, wxDateTime::Feb, 29)) << year;
     EXPECT_FALSE(pd_validate_wx_date(1900, wxDateTime::Feb, 29));
-    EXPECT_FALSE(pd_validate_wx_date(2023, wxDateTime::Mar, INT_MIN) ||
-                 pd_validate_wx_date(2023, wxDateTime::Mar, INT_MAX));
-    EXPECT_FALSE(pd_validate_wx_date(wxDateTime::Inv_Year, wxDateTime::Mar, 1) ||
-                 pd_validate_wx_date(2023, wxDateTime::Inv_Month, 1) ||
-                 pd_validate_wx_date(2023, static_cast<wxDateTime::Month>(-1), 1));
+    EXPECT_FALSE(pd_validate_wx_date(2023, wxDateTime::Mar, INT_MIN));
+    EXPECT_FALSE(pd_validate_wx_date(2023, wxDateTime::Mar, INT_MAX));
+    EXPECT_FALSE(pd_validate_wx_date(wxDateTime::Inv_Year, wxDateTime::Mar, 1));
+    EXPECT_FALSE(pd_validate_wx_date(2023, wxDateTime::Inv_Month, 1));
+    EXPECT_FALSE(pd_validate_wx_date(2023, static_cast<wxDateTime::Month>(-1), 1));
     EXPECT_TRUE(pd_validate_wx_date(-32767, wxDateTime::Jan, 1));
 }
 

@@ -48,11 +48,13 @@ TEST_F(HostileTest, BrokenDocumentsAreRefused) {
         const wxString text = wxString::FromUTF8(bytes.data(), bytes.size());
         wxXmlReader r;
         EXPECT_EQ(Read(r, path, true), ok) << bytes.substr(0, 40);
-        EXPECT_EQ(wxXmlTree().Open(path) + wxXmlTree().Parse(text), 2 * ok) << bytes.substr(0, 40);
+        EXPECT_EQ(wxXmlTree().Open(path), ok) << bytes.substr(0, 40);
+        EXPECT_EQ(wxXmlTree().Parse(text), ok) << bytes.substr(0, 40);
     }
     wxXmlReader r; // libxml2 gives a reader for a directory; reading it fails
     EXPECT_TRUE(r.Open(wxString::FromUTF8(dir.path())));
-    EXPECT_FALSE(r.iRead() || r.IsEOF());
+    EXPECT_FALSE(r.iRead());
+    EXPECT_FALSE(r.IsEOF());
     EXPECT_FALSE(wxXmlTree().Open(wxString::FromUTF8(dir.path())));
 }
 
@@ -104,7 +106,9 @@ TEST_F(HostileTest, AttributeExpansionIsBounded) {
     const wxString path = Doc(doc);
     wxXmlReader r;
     ASSERT_TRUE(Read(r, path));
-    EXPECT_EQ(r.GetAttr("ok") + r.GetAttr("few") + r.GetAttr("p:bomb"), "fineabc-abc");
+    EXPECT_EQ(r.GetAttr("ok"), "fine");
+    EXPECT_EQ(r.GetAttr("few"), "abc-abc");
+    EXPECT_EQ(r.GetAttr("p:bomb"), "");
     // Every attribute operation of the reader, the opened and the parsed tree.
     for (int mode = 0; mode < 3; ++mode) {
         const long growth = PeakGrowthMiB([&] {

@@ -86,8 +86,8 @@ TEST_F(ReaderTest, EveryOperationWithoutFileAndTypeWords) {
         EXPECT_TRUE(r.Open(Doc("<root>t<![CDATA[c]]><?pi x?></root>")));
         EXPECT_EQ(r.GetType(), "");
         ASSERT_EQ(capture.count(), 2u);
-        EXPECT_EQ(capture.asserts()[0].cond + capture.asserts()[1].func,
-                  "\"Assert failure\"node_type_as_string");
+        EXPECT_EQ(capture.asserts()[0].cond, "\"Assert failure\"");
+        EXPECT_EQ(capture.asserts()[1].func, "node_type_as_string");
     }
     wxString types;
     while (r.iRead())

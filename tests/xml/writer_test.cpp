@@ -11,14 +11,22 @@ protected:
 TEST_F(WriterTest, LayoutIsFixed) {
     wxXmlWriter w;
     ASSERT_TRUE(w.Open(Path("out.xml")));
-    EXPECT_TRUE(
-        w.StartDocument() && w.StartElement("config") && w.WriteAttr("version", 3) &&
-        w.WriteAttr(wxString("n"), 7) && w.StartElement("window") && w.WriteAttr("x", -12) &&
-        w.WriteAttr("title", wxString::FromUTF8("\xc3\xbc \"&\" <\xe2\x82\xac>")) &&
-        w.WriteAttr("back", wxColour(255, 0, 16)) && w.WriteAttr("fore", wxColour(0, 0, 0)) &&
-        w.StartElement("pane") && w.WriteAttr(wxString("name"), wxString("left")) &&
-        w.EndElement() && w.EndElement() && w.StartElement("note") &&
-        w.WriteText(wxString::FromUTF8("a < b & c > d \xc3\xa9")) && w.EndDocument());
+    EXPECT_TRUE(w.StartDocument());
+    EXPECT_TRUE(w.StartElement("config"));
+    EXPECT_TRUE(w.WriteAttr("version", 3));
+    EXPECT_TRUE(w.WriteAttr(wxString("n"), 7));
+    EXPECT_TRUE(w.StartElement("window"));
+    EXPECT_TRUE(w.WriteAttr("x", -12));
+    EXPECT_TRUE(w.WriteAttr("title", wxString::FromUTF8("\xc3\xbc \"&\" <\xe2\x82\xac>")));
+    EXPECT_TRUE(w.WriteAttr("back", wxColour(255, 0, 16)));
+    EXPECT_TRUE(w.WriteAttr("fore", wxColour(0, 0, 0)));
+    EXPECT_TRUE(w.StartElement("pane"));
+    EXPECT_TRUE(w.WriteAttr(wxString("name"), wxString("left")));
+    EXPECT_TRUE(w.EndElement());
+    EXPECT_TRUE(w.EndElement());
+    EXPECT_TRUE(w.StartElement("note"));
+    EXPECT_TRUE(w.WriteText(wxString::FromUTF8("a < b & c > d \xc3\xa9")));
+    EXPECT_TRUE(w.EndDocument());
     w.Close();
     EXPECT_EQ(Bytes("out.xml"), "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
                                 "<config version=\"3\" n=\"7\">\n"
@@ -32,32 +40,45 @@ TEST_F(WriterTest, LayoutIsFixed) {
 TEST_F(WriterTest, RefusalsLeaveTheWriterOpen) {
     wxXmlWriter w;
     ASSERT_TRUE(w.Open(Path("refused.xml")));
-    EXPECT_FALSE(w.WriteAttr("a", 1) || w.EndElement()); // no element yet
+    EXPECT_FALSE(w.WriteAttr("a", 1)); // no element yet
+    EXPECT_FALSE(w.EndElement());
     EXPECT_TRUE(w.StartElement("e"));
-    EXPECT_FALSE(w.WriteAttr("c", wxColour()) || w.writeAttr("d", wxDateTime()));
-    EXPECT_TRUE(w.WriteAttr("ok", 1) && w.WriteText("t"));
+    EXPECT_FALSE(w.WriteAttr("c", wxColour()));
+    EXPECT_FALSE(w.writeAttr("d", wxDateTime()));
+    EXPECT_TRUE(w.WriteAttr("ok", 1));
+    EXPECT_TRUE(w.WriteText("t"));
     EXPECT_FALSE(w.WriteAttr("late", wxString("x")));
     EXPECT_TRUE(w.EndElement());
     w.Close();
     EXPECT_EQ(Bytes("refused.xml"), "<e ok=\"1\">t</e>\n"); // no declaration asked for
-    EXPECT_FALSE(w.Open(Path("no/such/dir/x.xml")) || w.StartDocument() || w.StartElement("a") ||
-                 w.WriteAttr("a", 1) || w.WriteText("t") || w.EndElement() || w.EndDocument());
+    EXPECT_FALSE(w.Open(Path("no/such/dir/x.xml")));
+    EXPECT_FALSE(w.StartDocument());
+    EXPECT_FALSE(w.StartElement("a"));
+    EXPECT_FALSE(w.WriteAttr("a", 1));
+    EXPECT_FALSE(w.WriteText("t"));
+    EXPECT_FALSE(w.EndElement());
+    EXPECT_FALSE(w.EndDocument());
     EXPECT_EQ(w.GetError(), "Unhandled XML-error.");
     w.Close();
 }
 
 TEST_F(WriterTest, CopiesShareOneFile) {
     wxXmlWriter a;
-    ASSERT_TRUE(a.Open(Path("shared.xml")) && a.StartElement("root"));
+    ASSERT_TRUE(a.Open(Path("shared.xml")));
+    ASSERT_TRUE(a.StartElement("root"));
     {
         wxXmlWriter b(a), c;
         c = b;
         c = c;
         a.Close(); // b and c keep the file open
-        EXPECT_TRUE(b.StartElement("b") && c.EndDocument() && !a.StartElement("closed"));
+        EXPECT_TRUE(b.StartElement("b"));
+        EXPECT_TRUE(c.EndDocument());
+        EXPECT_FALSE(a.StartElement("closed"));
     }
     EXPECT_EQ(Bytes("shared.xml"), "<root>\n  <b/>\n</root>\n");
-    ASSERT_TRUE(a.Open(Path("1.xml")) && a.StartElement("first") && a.EndElement());
+    ASSERT_TRUE(a.Open(Path("1.xml")));
+    ASSERT_TRUE(a.StartElement("first"));
+    ASSERT_TRUE(a.EndElement());
     ASSERT_TRUE(a.Open(Path("2.xml"))); // finishes the file held before
     EXPECT_EQ(Bytes("1.xml"), "<first/>\n");
 }
@@ -67,21 +88,35 @@ TEST_F(WriterTest, AttributesRoundTrip) {
     const wxDateTime date(31, wxDateTime::Dec, 1899, 23, 59, 58, 999);
     const int max = 2147483647, min = -max - 1;
     wxXmlWriter w; // attributes wait in libxml2's buffer, and count as written
-    ASSERT_TRUE(w.Open(Path("v.xml")) && w.StartElement("v") && w.WriteAttr("t", text));
-    EXPECT_TRUE(w.WriteAttr("max", max) && w.WriteAttr("min", min) && w.writeAttr("d", date) &&
-                w.WriteAttr("c", wxColour(1, 128, 254, 4)) && w.EndDocument());
+    ASSERT_TRUE(w.Open(Path("v.xml")));
+    ASSERT_TRUE(w.StartElement("v"));
+    ASSERT_TRUE(w.WriteAttr("t", text));
+    EXPECT_TRUE(w.WriteAttr("max", max));
+    EXPECT_TRUE(w.WriteAttr("min", min));
+    EXPECT_TRUE(w.writeAttr("d", date));
+    EXPECT_TRUE(w.WriteAttr("c", wxColour(1, 128, 254, 4)));
+    EXPECT_TRUE(w.EndDocument());
     w.Close();
     wxXmlReader r;
     wxXmlTree t;
-    ASSERT_TRUE(r.Open(Path("v.xml")) && r.iRead() && t.Open(Path("v.xml")));
+    ASSERT_TRUE(r.Open(Path("v.xml")));
+    ASSERT_TRUE(r.iRead());
+    ASSERT_TRUE(t.Open(Path("v.xml")));
     const wxXmlNode e = t.GetRoot();
     wxColour c;
     int i = 0, j = 0;
-    EXPECT_TRUE(r.AttrAsColor("c", c) && r.AttrAsInt("max", &i) && r.AttrAsInt("min", &j));
-    EXPECT_TRUE(c == wxColour(1, 128, 254) && e.getAttrAsColour("c") == c); // without alpha
-    EXPECT_TRUE(i == max && e.GetAttrAsInt("max") == max && j == min &&
-                e.GetAttrAsInt("min") == min);
-    EXPECT_TRUE(r.GetAttr("t") == text && e.GetAttr("t") == text);
-    EXPECT_EQ(e.GetAttr("d") + e.GetAttr("c"), "1899-12-31T23:59:58#0180fe");
+    EXPECT_TRUE(r.AttrAsColor("c", c));
+    EXPECT_TRUE(r.AttrAsInt("max", &i));
+    EXPECT_TRUE(r.AttrAsInt("min", &j));
+    EXPECT_EQ(c, wxColour(1, 128, 254)); // without alpha
+    EXPECT_EQ(e.getAttrAsColour("c"), wxColour(1, 128, 254));
+    EXPECT_EQ(i, max);
+    EXPECT_EQ(e.GetAttrAsInt("max"), max);
+    EXPECT_EQ(j, min);
+    EXPECT_EQ(e.GetAttrAsInt("min"), min);
+    EXPECT_EQ(r.GetAttr("t"), text);
+    EXPECT_EQ(e.GetAttr("t"), text);
+    EXPECT_EQ(e.GetAttr("d"), "1899-12-31T23:59:58");
+    EXPECT_EQ(e.GetAttr("c"), "#0180fe");
     EXPECT_EQ(e.getAttrAsDateTime("d"), wxDateTime(31, wxDateTime::Dec, 1899, 23, 59, 58));
 }
