@@ -6,10 +6,10 @@
 #
 #   scripts/valgrind.sh [BUILD_DIR] [TEST_REGEX]    default: build, every test
 #
-# Left out: the fault-injection tests (config_wxinifile_save_test), which time killed
-# child processes, and console_window_test, whose children check the
-# process's standard streams and a real terminal: valgrind's slowness and its
-# own descriptors make them fail without any memory matter. Logs go to
+# Left out: the fault-injection tests (config_wxinifile_save_test), which
+# time killed child processes, and console_window_test, whose children check
+# the process's standard streams and a real terminal: valgrind's slowness and
+# its own descriptors make them fail without any memory matter. Logs go to
 # BUILD_DIR/valgrind/<test>.log.
 set -euo pipefail
 cd "$(dirname "$0")/.."

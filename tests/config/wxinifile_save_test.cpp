@@ -16,6 +16,7 @@
 #include <chrono>
 #include <csignal>
 #include <cstring>
+#include <functional>
 #include <iostream>
 #include <random>
 #include <thread>
@@ -49,6 +50,23 @@ std::string SaveOld(const std::string& target) {
     return ReadFileBytes(target);
 }
 
+// Saves sections x keys new entries to target in a child process, once
+// `dropRights` has taken some of the child's rights. The child's exit status is
+// 0 when Save gave false (its report is then GetError's text), 1 when Save
+// gave true, 77 when `dropRights` failed.
+ChildResult SaveInChild(const std::string& target, int sections, int keys,
+                        const std::function<bool()>& dropRights) {
+    return RunInChild([&](int report) {
+        if (!dropRights())
+            return 77;
+        wxIniFile ini;
+        Fill(ini, sections, keys, "new");
+        const bool saved = ini.Save(target);
+        WriteAll(report, Utf8(ini.GetError()));
+        return saved ? 1 : 0;
+    });
+}
+
 void ExpectReason(const std::string& error, const std::string& target, int errnum) {
     EXPECT_NE(error.find(target), std::string::npos) << "error doesn't name the path: " << error;
     EXPECT_NE(error.find(strerror(errnum)), std::string::npos)
@@ -64,19 +82,13 @@ TEST(SaveFailure, FileSizeLimitKeepsTheOldFile) {
     ASSERT_LT(before.size(), 4096u);
 
     // The limit only binds the child; it fails while writing its temporary file.
-    const ChildResult r = RunInChild([&](int report) {
+    const ChildResult r = SaveInChild(target, 100, 20, [] {
         signal(SIGXFSZ, SIG_IGN);
         const rlimit limit{16384, 16384};
-        if (setrlimit(RLIMIT_FSIZE, &limit) != 0)
-            return 3;
-        wxIniFile big;
-        Fill(big, 100, 20, "new");
-        const bool saved = big.Save(target);
-        WriteAll(report, Utf8(big.GetError()));
-        return saved ? 1 : 0;
+        return setrlimit(RLIMIT_FSIZE, &limit) == 0;
     });
     ASSERT_TRUE(r.exited) << "child ended by " << r.describe();
-    ASSERT_EQ(r.status, 0) << "Save over the size limit gave true";
+    ASSERT_EQ(r.status, 0) << "1: Save over the size limit gave true, 77: no limit set";
     ExpectReason(r.report, target, EFBIG);
     EXPECT_EQ(ReadFileBytes(target), before);
     EXPECT_EQ(ListDir(tmp.path()), std::vector<std::string>{"config.ini"});
@@ -94,14 +106,8 @@ TEST(SaveFailure, ReadOnlyDirectoryKeepsTheOldFile) {
 
     // Root writes anywhere: the child gives up its privileges first.
     const bool root = geteuid() == 0;
-    const ChildResult r = RunInChild([&](int report) {
-        if (root && (setgroups(0, nullptr) != 0 || setgid(65534) != 0 || setuid(65534) != 0))
-            return 77;
-        wxIniFile ini;
-        Fill(ini, 2, 2, "new");
-        const bool saved = ini.Save(target);
-        WriteAll(report, Utf8(ini.GetError()));
-        return saved ? 1 : 0;
+    const ChildResult r = SaveInChild(target, 2, 2, [root] {
+        return !root || (setgroups(0, nullptr) == 0 && setgid(65534) == 0 && setuid(65534) == 0);
     });
     if (r.exited && r.status == 77)
         GTEST_SKIP() << "cannot drop to an unprivileged user (uid 65534) for this test";
