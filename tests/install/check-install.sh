@@ -10,7 +10,7 @@ prefix="$work/prefix"
 cmake --install "$build" --prefix "$prefix" >/dev/null
 for f in include/wxsupport/wxsupport.h include/wxsupport/config/inifile.h \
     lib/libwxsupport.so.0 lib/libvesk.so.0 lib/cmake/wxsupport/wxsupportConfig.cmake \
-    lib/pkgconfig/wxsupport.pc; do
+    lib/pkgconfig/wxsupport.pc share/locale/de/LC_MESSAGES/wxsupport.mo; do
     [ -e "$prefix/$f" ] || { echo "missing in the installed tree: $f" >&2; exit 1; }
 done
 
