@@ -13,13 +13,15 @@
 #include <wxsupport/xml/xml-reader.h>
 
 #include <memory>
+#include <ostream>
 #include <vector>
 
-namespace {
-
-wxString U(const char* utf8) {
-    return wxString::FromUTF8(utf8);
+// Failures show texts as text, not as arrays of code points.
+void PrintTo(const wxString& text, std::ostream* os) {
+    *os << '"' << text.utf8_str() << '"';
 }
+
+namespace {
 
 // Labels of every shown static text below `parent`, in creation order, with
 // the line breaks of wrapped texts made blanks.
@@ -36,9 +38,75 @@ std::vector<wxString> Texts(wxWindow* parent) {
     return labels;
 }
 
-wxString ButtonText(wxWindow* dlg, int id) {
-    wxWindow* button = dlg->FindWindow(id);
+wxString CloseLabel(wxWindow* dlg) {
+    wxWindow* button = dlg->FindWindow(wxID_CLOSE);
     return button ? wxStripMenuCodes(button->GetLabel()) : wxString("(no button)");
+}
+
+// What the library's texts read in one language (UTF-8).
+struct Language {
+    const char* buildCaption;
+    const char* uptimePrefix; // "Uptime: " and its translation
+    const char* secondsSuffix;
+    const char* crashTitle;
+    const char* headline; // for the application "Werkzeug"
+    const char* messageStart;
+    const char* thanks;
+    const char* xmlError;
+};
+
+const Language kEnglish = {"Build info:",
+                           "Uptime: ",
+                           " seconds",
+                           "Crash report",
+                           "Werkzeug has crashed!",
+                           "We are sorry to inform you that Werkzeug has experienced",
+                           "Thank you for your participation!",
+                           "Unhandled XML-error."};
+const Language kGerman = {"Build-Informationen:",
+                          "Laufzeit: ",
+                          " Sekunden",
+                          "Absturzbericht",
+                          "Werkzeug ist abgest\xC3\xBCrzt!",
+                          "Leider m\xC3\xBCssen wir Ihnen mitteilen, dass in Werkzeug ein",
+                          "Vielen Dank f\xC3\xBCr Ihre Mithilfe!",
+                          "Unbehandelter XML-Fehler."};
+
+// wxWidgets' own German for its stock label "Close", whichever the language
+// of the library's texts.
+const wxString kSchliessen = wxString::FromUTF8("Schlie\xC3\x9F"
+                                                "en");
+
+// Builds an about box with a build row and a crash report dialog and checks
+// what they read against `lang`. Gives the crash dialog, still alive.
+CrashReportDialog* ExpectDialogsIn(const Language& lang) {
+    const auto U = [](const char* utf8) { return wxString::FromUTF8(utf8); };
+    AboutDlg* about = new AboutDlg(nullptr);
+    about->SetBuildInfo("gcc 12");
+    std::vector<wxString> rows = Texts(about); // caption, build text, uptime
+    EXPECT_EQ(rows.size(), 3u);
+    rows.resize(3);
+    EXPECT_EQ(rows[0], U(lang.buildCaption));
+    EXPECT_EQ(rows[1], "gcc 12");
+    EXPECT_TRUE(rows[2].StartsWith(U(lang.uptimePrefix)) && rows[2].EndsWith(U(lang.secondsSuffix)))
+        << rows[2];
+    EXPECT_EQ(CloseLabel(about), kSchliessen);
+    DestroyAndWait(about);
+
+    CrashReportDialog* crash = new CrashReportDialog("Werkzeug", "fehler@example.org");
+    EXPECT_EQ(crash->GetTitle(), U(lang.crashTitle));
+    rows = Texts(crash); // headline, message, files, removal, thanks
+    EXPECT_EQ(rows.size(), 5u);
+    rows.resize(5);
+    EXPECT_EQ(rows[0], U(lang.headline));
+    EXPECT_TRUE(rows[1].StartsWith(U(lang.messageStart))) << rows[1];
+    EXPECT_EQ(rows[4], U(lang.thanks));
+    EXPECT_EQ(CloseLabel(crash), kSchliessen);
+    // "Debug" is the one text the library never translates.
+    EXPECT_TRUE(dynamic_cast<wxButton*>(crash->FindWindowByLabel("Debug")));
+
+    EXPECT_EQ(wxXmlWriter().GetError(), U(lang.xmlError));
+    return crash;
 }
 
 // A German locale as a host sets it up, the library's catalogue found in the
@@ -62,32 +130,13 @@ protected:
 
 TEST_F(German, HostWithTheCatalogueSeesTheDialogsInGerman) {
     ASSERT_TRUE(wxTranslations::Get()->AddCatalog("wxsupport"));
+    CrashReportDialog* crash = ExpectDialogsIn(kGerman);
 
-    AboutDlg* about = new AboutDlg(nullptr);
-    about->SetBuildInfo("gcc 12");
-    std::vector<wxString> rows = Texts(about);
-    ASSERT_EQ(rows.size(), 3u);
-    EXPECT_EQ(rows[0], "Build-Informationen:");
-    EXPECT_EQ(rows[1], "gcc 12");
-    EXPECT_TRUE(rows[2].StartsWith("Laufzeit: ") && rows[2].EndsWith(" Sekunden")) << rows[2];
-    EXPECT_EQ(ButtonText(about, wxID_CLOSE), U("Schlie\xC3\x9F"
-                                               "en"));
-    DestroyAndWait(about);
-
-    CrashReportDialog* crash = new CrashReportDialog("Werkzeug", "fehler@example.org");
-    EXPECT_EQ(crash->GetTitle(), "Absturzbericht");
-    rows = Texts(crash);
+    const std::vector<wxString> rows = Texts(crash);
     ASSERT_EQ(rows.size(), 5u);
-    EXPECT_EQ(rows[0], U("Werkzeug ist abgest\xC3\xBCrzt!"));
-    EXPECT_TRUE(rows[1].StartsWith(U("Leider m\xC3\xBCssen wir Ihnen mitteilen, dass in "
-                                     "Werkzeug ein unerwartetes Problem")))
-        << rows[1];
     EXPECT_TRUE(rows[1].Contains("E-Mail an <b>fehler@example.org<b> und")) << rows[1];
-    EXPECT_EQ(rows[3], U("Nachdem Sie sie an uns gesendet haben, k\xC3\xB6nnen Sie sie "
-                         "bedenkenlos l\xC3\xB6schen."));
-    EXPECT_EQ(rows[4], U("Vielen Dank f\xC3\xBCr Ihre Mithilfe!"));
-    // "Debug" is the one text the library never translates.
-    EXPECT_TRUE(dynamic_cast<wxButton*>(crash->FindWindowByLabel("Debug")));
+    EXPECT_EQ(rows[3], wxString::FromUTF8("Nachdem Sie sie an uns gesendet haben, k\xC3\xB6nnen "
+                                          "Sie sie bedenkenlos l\xC3\xB6schen."));
 
     // A real click on the German Close button ends the modal run.
     crash->CallAfter([crash] {
@@ -96,32 +145,9 @@ TEST_F(German, HostWithTheCatalogueSeesTheDialogsInGerman) {
     });
     crash->Move(10, 10);
     EXPECT_EQ(crash->ShowModal(), wxID_CLOSE);
-    EXPECT_EQ(ButtonText(crash, wxID_CLOSE), U("Schlie\xC3\x9F"
-                                               "en"));
     DestroyAndWait(crash);
-
-    EXPECT_EQ(wxXmlWriter().GetError(), "Unbehandelter XML-Fehler.");
 }
 
 TEST_F(German, HostWithoutTheCatalogueSeesEnglishTextsAndGermanStockLabels) {
-    AboutDlg* about = new AboutDlg(nullptr);
-    about->SetBuildInfo("gcc 12");
-    std::vector<wxString> rows = Texts(about);
-    ASSERT_EQ(rows.size(), 3u);
-    EXPECT_EQ(rows[0], "Build info:");
-    EXPECT_TRUE(rows[2].StartsWith("Uptime: ") && rows[2].EndsWith(" seconds")) << rows[2];
-    EXPECT_EQ(ButtonText(about, wxID_CLOSE), U("Schlie\xC3\x9F"
-                                               "en"));
-    DestroyAndWait(about);
-
-    CrashReportDialog* crash = new CrashReportDialog("Werkzeug", "fehler@example.org");
-    EXPECT_EQ(crash->GetTitle(), "Crash report");
-    rows = Texts(crash);
-    ASSERT_EQ(rows.size(), 5u);
-    EXPECT_EQ(rows[0], "Werkzeug has crashed!");
-    EXPECT_TRUE(rows[1].StartsWith("We are sorry to inform you that Werkzeug")) << rows[1];
-    EXPECT_EQ(rows[4], "Thank you for your participation!");
-    DestroyAndWait(crash);
-
-    EXPECT_EQ(wxXmlWriter().GetError(), "Unhandled XML-error.");
+    DestroyAndWait(ExpectDialogsIn(kEnglish));
 }
