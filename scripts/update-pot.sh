@@ -7,10 +7,8 @@
 #
 # The keywords are the ones wxWidgets itself marks texts with. Source
 # references name the file only, and the files go in sorted order, so the
-# template changes only when a translatable text does. Texts marked with
-# wxTRANSLATE are the uptime formats of wxTimeSpan::Format (%E %D %H %M %S),
-# not printf formats: they are flagged no-c-format so that no tool takes
-# "%S seconds" for one.
+# template changes only when a translatable text does. The charset is set to
+# UTF-8, the sources' own, so that the gettext tools read the template as it is.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 out=${1:-po/wxsupport.pot}
@@ -24,7 +22,7 @@ xgettext --language=C++ --from-code=UTF-8 \
     --keyword --keyword=_ --keyword=wxGetTranslation --keyword=wxTRANSLATE \
     --keyword=wxPLURAL:1,2 --add-location=file \
     --package-name=wxsupport --copyright-holder="the wxsupport authors" \
-    --flag=wxTRANSLATE:1:no-c-format --msgid-bugs-address="wxsupport developers" \
+    --msgid-bugs-address="wxsupport developers" \
     --output=- "${sources[@]}" |
     sed -e '1s/^# SOME DESCRIPTIVE TITLE\.$/# Translatable texts of the wxsupport library./' \
         -e 's/charset=CHARSET/charset=UTF-8/' >"$out"
