@@ -12,12 +12,14 @@ packages=(
     googletest libgtest-dev
     clang libclang-rt-14-dev clang-format valgrind
     xvfb xauth x11-utils xterm imagemagick fonts-dejavu-core tzdata locales
+    gettext wx3.2-i18n doxygen
 )
 if [ "${1:-}" = bench ]; then
     packages+=(libinih-dev libsimpleini-dev)
 fi
 
-# A locale with a decimal comma, for the tests that numbers ignore it.
+# A German locale: a decimal comma, for the tests that numbers ignore it, and
+# the German dialogs of the translation test.
 ensure_comma_locale() {
     locale -a 2>/dev/null | grep -qi '^de_DE\.utf-\?8$' && return 0
     command -v localedef >/dev/null || return 0

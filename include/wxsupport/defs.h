@@ -1,5 +1,6 @@
-// Export macro of libwxsupport. Everything that the public headers declare is
-// exported; all else in the library has hidden visibility.
+/// \file
+/// Export macro of libwxsupport. Everything that the public headers declare is
+/// exported; all else in the library has hidden visibility.
 #ifndef WXSUPPORT_DEFS_H
 #define WXSUPPORT_DEFS_H
 

@@ -1,4 +1,5 @@
-// All of wxsupport's public headers.
+/// \file
+/// All of wxsupport's public headers.
 #ifndef WXSUPPORT_WXSUPPORT_H
 #define WXSUPPORT_WXSUPPORT_H
 

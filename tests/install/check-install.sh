@@ -10,22 +10,53 @@ prefix="$work/prefix"
 cmake --install "$build" --prefix "$prefix" >/dev/null
 for f in include/wxsupport/wxsupport.h include/wxsupport/config/inifile.h \
     lib/libwxsupport.so.0 lib/libvesk.so.0 lib/cmake/wxsupport/wxsupportConfig.cmake \
-    lib/pkgconfig/wxsupport.pc; do
+    lib/pkgconfig/wxsupport.pc share/locale/de/LC_MESSAGES/wxsupport.mo; do
     [ -e "$prefix/$f" ] || { echo "missing in the installed tree: $f" >&2; exit 1; }
 done
 
-echo "-- CMake host"
+# The libraries and programs find each other through relative run paths.
+runpath() { # file: its RUNPATH (or old-style RPATH) entry, empty when none
+    readelf -d "$1" | sed -n 's/.*(\(RUNPATH\|RPATH\)).*\[\(.*\)\]$/\2/p'
+}
+expect_runpath() { # file, wanted run path
+    local got
+    got=$(runpath "$1")
+    [ "$got" = "$2" ] || { echo "run path of ${1#"$prefix/"} is '$got', not '$2'" >&2; exit 1; }
+}
+expect_runpath "$prefix/lib/libwxsupport.so.0" '$ORIGIN'
+expect_runpath "$prefix/lib/libvesk.so.0" '$ORIGIN'
+if [ -d "$prefix/bin" ]; then
+    while IFS= read -r program; do
+        expect_runpath "$program" '$ORIGIN/../lib'
+    done < <(find "$prefix/bin" -type f -perm -u+x | sort)
+fi
+
+# run_host program expected-output: starts a host the way a user would,
+# without LD_LIBRARY_PATH, and compares what it prints.
+run_host() {
+    local out
+    out=$(env -u LD_LIBRARY_PATH "$1" "$work") ||
+        { echo "host ${1#"$work/"} failed" >&2; exit 1; }
+    [ "$out" = "$2" ] || { echo "host ${1#"$work/"} printed '$out', not '$2'" >&2; exit 1; }
+    echo "${1#"$work/"}: $out"
+}
+
+echo "-- CMake hosts"
 cmake -S "$src/tests/consumer" -B "$work/cmake-build" -G Ninja \
     -DCMAKE_PREFIX_PATH="$prefix" >/dev/null
 cmake --build "$work/cmake-build" >/dev/null
-"$work/cmake-build/host" "$work"
+run_host "$work/cmake-build/host" "host ok"
+run_host "$work/cmake-build/ini_host" "ini host 640 1"
 
-echo "-- pkg-config host"
+echo "-- pkg-config hosts"
 export PKG_CONFIG_PATH="$prefix/lib/pkgconfig"
-# shellcheck disable=SC2046
-c++ -std=c++17 "$src/tests/consumer/host.cpp" -o "$work/host-pc" \
-    $(pkg-config --cflags --libs wxsupport) -Wl,-rpath,"$prefix/lib"
-"$work/host-pc" "$work"
+for program in host ini_host; do
+    # shellcheck disable=SC2046
+    c++ -std=c++17 "$src/tests/consumer/$program.cpp" -o "$work/$program-pc" \
+        $(pkg-config --cflags --libs wxsupport) -Wl,-rpath,"$prefix/lib"
+done
+run_host "$work/host-pc" "host ok"
+run_host "$work/ini_host-pc" "ini host 640 1"
 
 echo "-- every public header on its own"
 cflags=$(pkg-config --cflags wxsupport)
