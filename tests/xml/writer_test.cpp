@@ -52,7 +52,7 @@ TEST_F(WriterTest, CopiesShareOneFile) {
     {
         wxXmlWriter b(a), c;
         c = b;
-        c = *&c; // self-assignment (spelt so that clang doesn't warn)
+        c = *&c;   // self-assignment (spelt so that clang doesn't warn)
         a.Close(); // b and c keep the file open
         EXPECT_TRUE(b.StartElement("b") && c.EndDocument() && !a.StartElement("closed"));
     }
