@@ -4,6 +4,9 @@
 #
 #   scripts/setup.sh            packages for build and tests
 #   scripts/setup.sh bench      ... and the peer libraries of the benchmarks
+#   scripts/setup.sh windows    ... and the Windows cross-build: MinGW-w64, Wine
+#                               (wine64 alone only recommends the launcher),
+#                               dpkg-dev to unpack Debian source packages
 set -euo pipefail
 
 packages=(
@@ -16,6 +19,9 @@ packages=(
 )
 if [ "${1:-}" = bench ]; then
     packages+=(libinih-dev libsimpleini-dev)
+fi
+if [ "${1:-}" = windows ]; then
+    packages+=(g++-mingw-w64-x86-64-posix wine wine64 dpkg-dev debian-archive-keyring)
 fi
 
 # A German locale: a decimal comma, for the tests that numbers ignore it, and

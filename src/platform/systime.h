@@ -16,7 +16,8 @@ std::int64_t systime_now();
 bool systime_local(std::int64_t t, std::tm* out);
 
 // Breaks a count down without any zone; false (and *out untouched) when the
-// runtime can't. POSIX takes counts before 1970; the Windows runtime doesn't.
+// runtime can't. POSIX takes counts before 1970; the Windows runtime doesn't
+// (nor years after 3000).
 bool systime_utc(std::int64_t t, std::tm* out);
 
 // The clock reading of the fields counted as UTC (tm_sec, tm_min, tm_hour,

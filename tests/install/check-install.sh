@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
 # check-install.sh BUILD_DIR SOURCE_DIR
+# The hosts are built with $CXX and $CXXFLAGS when set, as the library was.
 set -euo pipefail
 build=$1
 src=$2
@@ -52,7 +53,7 @@ echo "-- pkg-config hosts"
 export PKG_CONFIG_PATH="$prefix/lib/pkgconfig"
 for program in host ini_host; do
     # shellcheck disable=SC2046
-    c++ -std=c++17 "$src/tests/consumer/$program.cpp" -o "$work/$program-pc" \
+    ${CXX:-c++} -std=c++17 ${CXXFLAGS:-} "$src/tests/consumer/$program.cpp" -o "$work/$program-pc" \
         $(pkg-config --cflags --libs wxsupport) -Wl,-rpath,"$prefix/lib"
 done
 run_host "$work/host-pc" "host ok"
@@ -64,7 +65,7 @@ count=0
 while IFS= read -r header; do
     rel=${header#"$prefix/include/"}
     printf '#include <%s>\nint main() { return 0; }\n' "$rel" >"$work/one.cpp"
-    c++ -std=c++17 -Wall -Wextra -Werror -fsyntax-only $cflags "$work/one.cpp" ||
+    ${CXX:-c++} -std=c++17 -Wall -Wextra -Werror -fsyntax-only ${CXXFLAGS:-} $cflags "$work/one.cpp" ||
         { echo "header does not compile on its own: $rel" >&2; exit 1; }
     count=$((count + 1))
 done < <(find "$prefix/include/wxsupport" -name '*.h' | sort)
