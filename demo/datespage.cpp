@@ -1,5 +1,7 @@
 #include "datespage.h"
 
+#include "ui.h"
+
 #include <wxsupport/controls/drawing.h>
 #include <wxsupport/text/jmsdatetime.h>
 #include <wxsupport/text/strings.h>
@@ -18,8 +20,7 @@ wxString YesNo(bool value) {
 } // namespace
 
 DatesPage::DatesPage(wxWindow* parent) : wxPanel(parent) {
-    wxStaticText* title = new wxStaticText(this, wxID_ANY, _("Dates and times"));
-    wx_make_bold(title);
+    wxStaticText* title = NewHeading(this, _("Dates and times"));
     wxStaticText* about = new wxStaticText(
         this, wxID_ANY,
         _("jmsDateTime holds a date and time in five plain numbers. Its checks are lenient: any "
@@ -32,9 +33,7 @@ DatesPage::DatesPage(wxWindow* parent) : wxPanel(parent) {
     wxFlexGridSizer* grid = new wxFlexGridSizer(3, wxSize(24, 6));
     grid->Add(new wxStaticText(this, wxID_ANY, wxEmptyString));
     for (int i = 0; i < 2; ++i) {
-        wxStaticText* heading =
-            new wxStaticText(this, wxID_ANY, i == 0 ? _("First value") : _("Second value"));
-        wx_make_bold(heading);
+        wxStaticText* heading = NewHeading(this, i == 0 ? _("First value") : _("Second value"));
         grid->Add(heading);
     }
     const auto row = [this, grid](const wxString& label, wxWindow* first, wxWindow* second) {
@@ -64,19 +63,19 @@ DatesPage::DatesPage(wxWindow* parent) : wxPanel(parent) {
 
     m_comparison = new wxStaticText(this, wxID_ANY, wxEmptyString);
     m_months = new wxStaticText(this, wxID_ANY, wxEmptyString);
-    wxStaticText* compared = new wxStaticText(this, wxID_ANY, _("Compared"));
-    wxStaticText* months = new wxStaticText(this, wxID_ANY, _("Month numbers"));
-    wx_make_bold(compared);
-    wx_make_bold(months);
+    wxStaticText* compared = NewHeading(this, _("Compared"));
+    wxStaticText* months = NewHeading(this, _("Month numbers"));
 
     wxBoxSizer* sizer = new wxBoxSizer(wxVERTICAL);
     sizer->Add(title, 0, wxLEFT | wxRIGHT | wxTOP, 12);
     sizer->Add(about, 0, wxLEFT | wxRIGHT | wxTOP, 12);
     sizer->Add(grid, 0, wxLEFT | wxRIGHT | wxTOP, 12);
     sizer->Add(compared, 0, wxLEFT | wxRIGHT | wxTOP, 24);
-    sizer->Add(m_comparison, 0, wxLEFT | wxRIGHT | wxTOP, 6);
+    sizer->AddSpacer(6);
+    sizer->Add(m_comparison, 0, wxLEFT | wxRIGHT, 12);
     sizer->Add(months, 0, wxLEFT | wxRIGHT | wxTOP, 24);
-    sizer->Add(m_months, 0, wxLEFT | wxRIGHT | wxTOP, 6);
+    sizer->AddSpacer(6);
+    sizer->Add(m_months, 0, wxLEFT | wxRIGHT, 12);
     SetSizer(sizer);
 
     for (int i = 0; i < 2; ++i) {
@@ -100,16 +99,15 @@ void DatesPage::Update() {
         back.LocalTime(seconds);
         m_back[i]->SetLabel(back.FormatDate() + " " + back.FormatTime());
         const int month = v.GetMonth();
-        const bool real = pd_validate_wx_date(v.GetYear(), static_cast<wxDateTime::Month>(month - 1),
-                                              v.GetDay());
+        const bool real =
+            pd_validate_wx_date(v.GetYear(), static_cast<wxDateTime::Month>(month - 1), v.GetDay());
         m_strict[i]->SetLabel(real ? _("a real date") : _("no such date"));
     }
-    m_comparison->SetLabel(wxString::Format(_("first == second: %s    first != second: %s    "
-                                              "first > second: %s    second > first: %s"),
-                                            YesNo(values[0] == values[1]),
-                                            YesNo(values[0] != values[1]),
-                                            YesNo(values[0] > values[1]),
-                                            YesNo(values[1] > values[0])));
+    m_comparison->SetLabel(
+        wxString::Format(_("first == second: %s    first != second: %s    "
+                           "first > second: %s    second > first: %s"),
+                         YesNo(values[0] == values[1]), YesNo(values[0] != values[1]),
+                         YesNo(values[0] > values[1]), YesNo(values[1] > values[0])));
 
     // wx_set_month_number on the 1st of this year's January, so that every
     // month has the day; it takes 1 to 12 only (a date with fewer than three

@@ -3,8 +3,9 @@
 #include "artwork.h"
 #include "settings.h"
 
+#include "ui.h"
+
 #include <wxsupport/console/console.h>
-#include <wxsupport/controls/drawing.h>
 #include <wxsupport/dialogs/aboutdlg.h>
 #include <wxsupport/dialogs/crashreportdialog.h>
 
@@ -17,19 +18,33 @@
 
 #include <cstdio>
 
+namespace {
+
+wxString CompilerName() {
+#if defined(__clang__)
+    return "Clang " __clang_version__;
+#elif defined(__GNUC__)
+    return "GCC " __VERSION__;
+#else
+    return wxString();
+#endif
+}
+
+} // namespace
+
 DialogsPage::DialogsPage(wxWindow* parent, Settings& settings)
     : wxPanel(parent), m_settings(settings), m_consoleOpen(false) {
     wxBoxSizer* sizer = new wxBoxSizer(wxVERTICAL);
     const auto section = [this, sizer](const wxString& heading, const wxString& text,
                                        const wxString& label, void (DialogsPage::*action)()) {
-        wxStaticText* title = new wxStaticText(this, wxID_ANY, heading);
-        wx_make_bold(title);
+        wxStaticText* title = NewHeading(this, heading);
         wxStaticText* about = new wxStaticText(this, wxID_ANY, text);
         about->Wrap(600);
         wxButton* button = new wxButton(this, wxID_ANY, label);
         button->Bind(wxEVT_BUTTON, [this, action](wxCommandEvent&) { (this->*action)(); });
         sizer->Add(title, 0, wxLEFT | wxRIGHT | wxTOP, 12);
-        sizer->Add(about, 0, wxLEFT | wxRIGHT | wxTOP, 6);
+        sizer->AddSpacer(6);
+        sizer->Add(about, 0, wxLEFT | wxRIGHT, 12);
         sizer->Add(button, 0, wxLEFT | wxTOP, 12);
         sizer->AddSpacer(12);
     };
@@ -62,7 +77,7 @@ void DialogsPage::ShowAbout() {
     if (!user.empty())
         dialog.SetExtraCopyright(wxString::Format(_("Licensed to %s"), user));
     dialog.SetBuildInfo(wxString::Format(_("wxsupport-gallery %s, built with %s\nagainst %s"),
-                                         GALLERY_VERSION, wxString(__VERSION__),
+                                         GALLERY_VERSION, CompilerName(),
                                          wxGetLibraryVersionInfo().GetVersionString()));
     dialog.Fit();
     dialog.CentreOnParent();
@@ -73,10 +88,10 @@ void DialogsPage::ShowCrashReport() {
     // A report as a host writes it after a crash: what the program knew, and
     // its settings. The report's folder goes away with the object.
     wxDebugReport report;
-    report.AddText("context.txt",
-                   wxString::Format("wxsupport-gallery %s\n%s\n", GALLERY_VERSION,
-                                    wxGetOsDescription()),
-                   _("Program and system"));
+    report.AddText(
+        "context.txt",
+        wxString::Format("wxsupport-gallery %s\n%s\n", GALLERY_VERSION, wxGetOsDescription()),
+        _("Program and system"));
     report.AddText("steps.txt", "1. Opened the Dialogs page\n2. Pressed Crash Report...\n",
                    _("What the user did"));
     CrashReportDialog dialog(_("wxsupport gallery"), "crash-reports@example.org");
@@ -100,8 +115,8 @@ void DialogsPage::OpenConsole() {
     const struct {
         int colour;
         const char* name;
-    } colours[] = {{1, "red"}, {2, "green"}, {3, "yellow"}, {4, "blue"},
-                   {5, "magenta"}, {6, "cyan"}, {7, "white"}, {0x13, "bright yellow"}};
+    } colours[] = {{1, "red"},     {2, "green"}, {3, "yellow"}, {4, "blue"},
+                   {5, "magenta"}, {6, "cyan"},  {7, "white"},  {0x13, "bright yellow"}};
     for (const auto& c : colours) {
         pd_console_set_color(c.colour, 0);
         std::printf("wxsupport gallery: a line in %s\n", c.name);

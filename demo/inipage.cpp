@@ -2,6 +2,7 @@
 
 #include "banner.h"
 #include "settings.h"
+#include "ui.h"
 
 #include <wxsupport/controls/drawing.h>
 #include <wxsupport/controls/pdsizegroup.h>
@@ -45,8 +46,8 @@ void IniPage::CreateWidgets() {
                                    wxDefaultSize, wxST_ELLIPSIZE_START);
     wx_make_bold(m_fileLabel);
     m_tree = new wxTreeCtrl(this, wxID_ANY, wxDefaultPosition, wxDefaultSize,
-                            wxTR_HIDE_ROOT | wxTR_HAS_BUTTONS | wxTR_LINES_AT_ROOT |
-                                wxTR_SINGLE | wxBORDER_THEME);
+                            wxTR_HIDE_ROOT | wxTR_HAS_BUTTONS | wxTR_LINES_AT_ROOT | wxTR_SINGLE |
+                                wxBORDER_THEME);
     m_section = new wxTextCtrl(this, wxID_ANY);
     m_key = new wxTextCtrl(this, wxID_ANY);
     m_value = new wxTextCtrl(this, wxID_ANY);
@@ -92,10 +93,8 @@ void IniPage::LayoutWidgets() {
         buttonGroup.Add(b);
     buttonGroup.Resize();
 
-    wxStaticText* keyHeading = new wxStaticText(this, wxID_ANY, _("Key"));
-    wxStaticText* sectionHeading = new wxStaticText(this, wxID_ANY, _("Section"));
-    wx_make_bold(keyHeading);
-    wx_make_bold(sectionHeading);
+    wxStaticText* keyHeading = NewHeading(this, _("Key"));
+    wxStaticText* sectionHeading = NewHeading(this, _("Section"));
     edit->Add(keyHeading, 0, wxTOP, 12);
     for (wxButton* b : keyButtons)
         edit->Add(b, 0, wxTOP, 6);
@@ -116,7 +115,8 @@ void IniPage::LayoutWidgets() {
 void IniPage::ConnectWidgets() {
     m_tree->Bind(wxEVT_TREE_SEL_CHANGED, &IniPage::OnSelect, this);
     const auto on = [this](int id, void (IniPage::*handler)()) {
-        Bind(wxEVT_BUTTON, [this, handler](wxCommandEvent&) { (this->*handler)(); }, id);
+        Bind(
+            wxEVT_BUTTON, [this, handler](wxCommandEvent&) { (this->*handler)(); }, id);
     };
     on(wxID_OPEN, &IniPage::OnOpen);
     on(wxID_SAVEAS, &IniPage::OnSaveAs);
@@ -226,23 +226,22 @@ void IniPage::OnSelect(wxTreeEvent& event) {
         return;
     m_section->ChangeValue(entry->section);
     m_key->ChangeValue(entry->key);
-    m_value->ChangeValue(entry->key.empty() ? wxString()
-                                            : m_ini.ReadString(entry->section, entry->key,
-                                                               wxString()));
+    m_value->ChangeValue(
+        entry->key.empty() ? wxString() : m_ini.ReadString(entry->section, entry->key, wxString()));
 }
 
 void IniPage::OnOpen() {
-    const wxString path = wxFileSelector(_("Open an INI file"), wxFileName(m_path).GetPath(),
-                                         wxString(), "ini", wxGetTranslation(kIniWildcard),
-                                         wxFD_OPEN | wxFD_FILE_MUST_EXIST, this);
+    const wxString path =
+        wxFileSelector(_("Open an INI file"), wxFileName(m_path).GetPath(), wxString(), "ini",
+                       wxGetTranslation(kIniWildcard), wxFD_OPEN | wxFD_FILE_MUST_EXIST, this);
     if (!path.empty())
         OpenFile(path);
 }
 
 void IniPage::OnSaveAs() {
-    const wxString path = wxFileSelector(_("Save the INI file as"), wxFileName(m_path).GetPath(),
-                                         wxFileName(m_path).GetFullName(), "ini", wxGetTranslation(kIniWildcard),
-                                         wxFD_SAVE | wxFD_OVERWRITE_PROMPT, this);
+    const wxString path = wxFileSelector(
+        _("Save the INI file as"), wxFileName(m_path).GetPath(), wxFileName(m_path).GetFullName(),
+        "ini", wxGetTranslation(kIniWildcard), wxFD_SAVE | wxFD_OVERWRITE_PROMPT, this);
     if (!path.empty())
         SaveAs(path);
 }
@@ -255,8 +254,8 @@ void IniPage::OnCopySection() {
     }
     const wxString path =
         wxFileSelector(wxString::Format(_("Copy [%s] into which INI file?"), section),
-                       wxFileName(m_path).GetPath(), wxString(), "ini", wxGetTranslation(kIniWildcard),
-                       wxFD_SAVE, this);
+                       wxFileName(m_path).GetPath(), wxString(), "ini",
+                       wxGetTranslation(kIniWildcard), wxFD_SAVE, this);
     if (path.empty())
         return;
     // The target keeps what it has; the section's keys are added or replaced.
@@ -312,8 +311,8 @@ void IniPage::OnRenameSection() {
     const wxString section = m_section->GetValue();
     if (!m_ini.HasSection(section))
         return;
-    const wxString name = wxGetTextFromUser(_("New name of the section:"), _("Rename Section"),
-                                            section, this);
+    const wxString name =
+        wxGetTextFromUser(_("New name of the section:"), _("Rename Section"), section, this);
     if (name.empty() || name == section)
         return;
     if (m_ini.HasSection(name)) {

@@ -70,8 +70,9 @@ wxIMPLEMENT_APP(GalleryApp);
 
 void GalleryApp::OnInitCmdLine(wxCmdLineParser& parser) {
     wxApp::OnInitCmdLine(parser);
-    parser.AddSwitch(wxString(), "tour", _("show every page and dialog, save a picture of each, "
-                                           "and quit"));
+    parser.AddSwitch(wxString(), "tour",
+                     _("show every page and dialog, save a picture of each, "
+                       "and quit"));
     parser.AddOption(wxString(), "out", _("folder for the tour's pictures (default out/gallery)"));
     parser.AddOption(wxString(), "lang", _("language of the texts, for example de or en"));
     parser.AddParam(_("INI or XML file to open"), wxCMD_LINE_VAL_STRING,

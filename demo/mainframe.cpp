@@ -42,6 +42,11 @@ MainFrame::MainFrame(Settings& settings, const wxString& dataDir)
 
     wxPanel* panel = new wxPanel(this);
     m_banner = new Banner(panel);
+    // First run: the folder and the file come into being at once.
+    if (!wxFileName::FileExists(m_settings.GetPath())) {
+        m_settings.SetLong("page", 0);
+        SaveSettings();
+    }
     m_book = new wxNotebook(panel, wxID_ANY);
     m_preferencesPage = new PreferencesPage(m_book, settings, *m_banner);
     m_iniPage = new IniPage(m_book, settings, *m_banner);
@@ -61,11 +66,6 @@ MainFrame::MainFrame(Settings& settings, const wxString& dataDir)
     sizer->Add(m_book, 1, wxEXPAND | wxALL, 6);
     panel->SetSizer(sizer);
 
-    // First run: the folder and the file come into being at once.
-    if (!wxFileName::FileExists(m_settings.GetPath())) {
-        m_settings.SetLong("page", 0);
-        SaveSettings();
-    }
     RestoreState();
     Bind(wxEVT_CLOSE_WINDOW, &MainFrame::OnClose, this);
     m_book->Bind(wxEVT_NOTEBOOK_PAGE_CHANGED, [this](wxBookCtrlEvent& event) {
@@ -90,11 +90,10 @@ void MainFrame::CreateMenu() {
     wxMenu* language = new wxMenu;
     language->AppendRadioItem(ID_LANGUAGE_ENGLISH, "English");
     language->AppendRadioItem(ID_LANGUAGE_GERMAN, "Deutsch");
-    const bool german = m_settings.GetString("language").StartsWith("de") ||
-                        (m_settings.GetString("language").empty() &&
-                         wxTranslations::Get() &&
-                         wxTranslations::Get()->GetBestTranslation("wxsupport-gallery")
-                             .StartsWith("de"));
+    const bool german =
+        m_settings.GetString("language").StartsWith("de") ||
+        (m_settings.GetString("language").empty() && wxTranslations::Get() &&
+         wxTranslations::Get()->GetBestTranslation("wxsupport-gallery").StartsWith("de"));
     language->Check(german ? ID_LANGUAGE_GERMAN : ID_LANGUAGE_ENGLISH, true);
     wxMenu* view = new wxMenu;
     view->AppendSubMenu(language, _("&Language"));
@@ -108,28 +107,41 @@ void MainFrame::CreateMenu() {
     bar->Append(help, _("&Help"));
     SetMenuBar(bar);
 
-    Bind(wxEVT_MENU, [this](wxCommandEvent&) {
-        const wxString path = wxFileSelector(_("Open an INI file"), m_dataDir, wxString(), "ini",
-                                             _("INI files (*.ini)|*.ini|All files|*"),
-                                             wxFD_OPEN | wxFD_FILE_MUST_EXIST, this);
-        if (!path.empty())
-            OpenFile(path);
-    }, ID_OPEN_INI);
-    Bind(wxEVT_MENU, [this](wxCommandEvent&) {
-        const wxString path = wxFileSelector(_("Open an XML file"), m_dataDir, wxString(), "xml",
-                                             _("XML files (*.xml)|*.xml|All files|*"),
-                                             wxFD_OPEN | wxFD_FILE_MUST_EXIST, this);
-        if (!path.empty())
-            OpenFile(path);
-    }, ID_OPEN_XML);
-    Bind(wxEVT_MENU, [this](wxCommandEvent&) {
-        m_book->SetSelection(0);
-        m_preferencesPage->EditPreferences();
-    }, wxID_PREFERENCES);
-    Bind(wxEVT_MENU, [this](wxCommandEvent&) { Close(); }, wxID_EXIT);
-    Bind(wxEVT_MENU, [this](wxCommandEvent&) { m_dialogsPage->ShowAbout(); }, wxID_ABOUT);
-    Bind(wxEVT_MENU, [this](wxCommandEvent&) { OnLanguage("en"); }, ID_LANGUAGE_ENGLISH);
-    Bind(wxEVT_MENU, [this](wxCommandEvent&) { OnLanguage("de"); }, ID_LANGUAGE_GERMAN);
+    Bind(
+        wxEVT_MENU,
+        [this](wxCommandEvent&) {
+            const wxString path = wxFileSelector(_("Open an INI file"), m_dataDir, wxString(),
+                                                 "ini", _("INI files (*.ini)|*.ini|All files|*"),
+                                                 wxFD_OPEN | wxFD_FILE_MUST_EXIST, this);
+            if (!path.empty())
+                OpenFile(path);
+        },
+        ID_OPEN_INI);
+    Bind(
+        wxEVT_MENU,
+        [this](wxCommandEvent&) {
+            const wxString path = wxFileSelector(_("Open an XML file"), m_dataDir, wxString(),
+                                                 "xml", _("XML files (*.xml)|*.xml|All files|*"),
+                                                 wxFD_OPEN | wxFD_FILE_MUST_EXIST, this);
+            if (!path.empty())
+                OpenFile(path);
+        },
+        ID_OPEN_XML);
+    Bind(
+        wxEVT_MENU,
+        [this](wxCommandEvent&) {
+            m_book->SetSelection(0);
+            m_preferencesPage->EditPreferences();
+        },
+        wxID_PREFERENCES);
+    Bind(
+        wxEVT_MENU, [this](wxCommandEvent&) { Close(); }, wxID_EXIT);
+    Bind(
+        wxEVT_MENU, [this](wxCommandEvent&) { m_dialogsPage->ShowAbout(); }, wxID_ABOUT);
+    Bind(
+        wxEVT_MENU, [this](wxCommandEvent&) { OnLanguage("en"); }, ID_LANGUAGE_ENGLISH);
+    Bind(
+        wxEVT_MENU, [this](wxCommandEvent&) { OnLanguage("de"); }, ID_LANGUAGE_GERMAN);
 }
 
 void MainFrame::RestoreState() {

@@ -1,5 +1,7 @@
 #include "preferencesdialog.h"
 
+#include "ui.h"
+
 #include <wxsupport/controls/drawing.h>
 #include <wxsupport/controls/pdsizegroup.h>
 #include <wxsupport/controls/pdtextctrl.h>
@@ -29,9 +31,8 @@ const double kMaxZoom = 4.0;
 } // namespace
 
 PreferencesDialog::PreferencesDialog(wxWindow* parent, const Preferences& preferences)
-    : wxDialogWithNotification(parent, wxID_ANY, _("Preferences"), wxDefaultPosition,
-                               wxDefaultSize, wxDEFAULT_DIALOG_STYLE | wxRESIZE_BORDER,
-                               "preferences"),
+    : wxDialogWithNotification(parent, wxID_ANY, _("Preferences"), wxDefaultPosition, wxDefaultSize,
+                               wxDEFAULT_DIALOG_STYLE | wxRESIZE_BORDER, "preferences"),
       m_preferences(preferences) {
     CreateWidgets();
     LayoutWidgets();
@@ -45,8 +46,7 @@ void PreferencesDialog::CreateWidgets() {
         m_labels.push_back(new wxStaticText(this, wxID_ANY, text));
     };
     const auto heading = [this](const wxString& text) {
-        wxStaticText* h = new wxStaticText(this, wxID_ANY, text);
-        wx_make_bold(h);
+        wxStaticText* h = NewHeading(this, text);
         m_headings.push_back(h);
     };
 

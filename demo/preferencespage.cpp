@@ -3,6 +3,7 @@
 #include "banner.h"
 #include "preferencesdialog.h"
 #include "settings.h"
+#include "ui.h"
 
 #include <wxsupport/controls/drawing.h>
 
@@ -13,11 +14,11 @@
 #include <wx/settings.h>
 #include <wx/sizer.h>
 #include <wx/stattext.h>
+#include <wx/textctrl.h>
 
 PreferencesPage::PreferencesPage(wxWindow* parent, Settings& settings, Banner& banner)
     : wxPanel(parent), m_settings(settings), m_banner(banner) {
-    wxStaticText* title = new wxStaticText(this, wxID_ANY, _("Preferences"));
-    wx_make_bold(title);
+    wxStaticText* title = NewHeading(this, _("Preferences"));
     wxStaticText* about = new wxStaticText(
         this, wxID_ANY,
         _("A dialog derived from wxDialogWithNotification, with a pdTextCtrl for each kind of "
@@ -33,6 +34,7 @@ PreferencesPage::PreferencesPage(wxWindow* parent, Settings& settings, Banner& b
         this, wxID_ANY,
         wxString::Format(_("Stored in the section [preferences] of %s"), m_settings.GetPath()));
     stored->SetForegroundColour(wxSystemSettings::GetColour(wxSYS_COLOUR_GRAYTEXT));
+    m_file = NewFileView(this);
 
     wxBoxSizer* sizer = new wxBoxSizer(wxVERTICAL);
     sizer->Add(title, 0, wxLEFT | wxRIGHT | wxTOP, 12);
@@ -40,6 +42,8 @@ PreferencesPage::PreferencesPage(wxWindow* parent, Settings& settings, Banner& b
     sizer->Add(edit, 0, wxLEFT | wxTOP, 12);
     sizer->Add(m_values, 0, wxLEFT | wxRIGHT | wxTOP, 24);
     sizer->Add(stored, 0, wxLEFT | wxRIGHT | wxTOP, 12);
+    sizer->AddSpacer(6);
+    sizer->Add(m_file, 1, wxEXPAND | wxLEFT | wxRIGHT | wxBOTTOM, 12);
     SetSizer(sizer);
     ShowValues();
 
@@ -53,6 +57,7 @@ void PreferencesPage::ShowValues() {
                            "Licence expires: %s\nLicensed to: %s"),
                          p.recentFiles, p.backupTime, p.zoom, p.licenceExpires,
                          p.userName.empty() ? _("(nobody)") : p.userName));
+    m_file->ChangeValue(ReadTextFile(m_settings.GetPath()));
     Layout();
 }
 
@@ -61,9 +66,9 @@ void PreferencesPage::EditPreferences() {
     if (dialog.ShowModal() != wxID_OK)
         return;
     m_settings.StorePreferences(dialog.GetPreferences());
-    ShowValues();
     if (!m_settings.Save())
         m_banner.Show(m_settings.GetError(), wxART_ERROR);
     else if (wxFrame* frame = wxDynamicCast(wxGetTopLevelParent(this), wxFrame))
         frame->SetStatusText(wxString::Format(_("Preferences saved to %s"), m_settings.GetPath()));
+    ShowValues();
 }

@@ -1,4 +1,5 @@
-// Page 1: the Preferences dialog, what it edits and where it keeps it.
+// Page 1: the Preferences dialog, what it edits, and the settings file that
+// keeps it.
 #pragma once
 
 #include <wx/panel.h>
@@ -6,6 +7,7 @@
 class Banner;
 class Settings;
 class wxStaticText;
+class wxTextCtrl;
 
 class PreferencesPage : public wxPanel {
 public:
@@ -21,4 +23,5 @@ private:
     Settings& m_settings;
     Banner& m_banner;
     wxStaticText* m_values;
+    wxTextCtrl* m_file; // the settings file as it stands
 };

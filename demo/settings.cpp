@@ -28,7 +28,8 @@ Settings::Settings(const wxString& path) : m_path(path) {
 
 bool Settings::Save() {
     const wxFileName file(m_path);
-    if (!file.DirExists() && !wxFileName::Mkdir(file.GetPath(), wxS_DIR_DEFAULT, wxPATH_MKDIR_FULL)) {
+    if (!file.DirExists() &&
+        !wxFileName::Mkdir(file.GetPath(), wxS_DIR_DEFAULT, wxPATH_MKDIR_FULL)) {
         m_error = wxString::Format(_("%s: the folder can't be created"), file.GetPath());
         return false;
     }

@@ -43,8 +43,7 @@ private:
 
     // Runs `open`, which shows a modal dialog and returns when it is closed;
     // `inside` runs while the dialog is on show.
-    void WithModal(const std::function<void()>& open,
-                   const std::function<void(wxDialog*)>& inside);
+    void WithModal(const std::function<void()>& open, const std::function<void(wxDialog*)>& inside);
     void CloseBy(wxDialog* dialog, int buttonId);
     void ShowPage(size_t page);
     void Shot(const wxString& name, wxWindow* window);
@@ -179,8 +178,7 @@ void Tour::IniSteps() {
     Shot("ini-editor", m_frame);
     // An unterminated section header: the banner names file and line, and
     // what was loaded stays.
-    Expect(!ini->OpenFile(wxFileName(data, "broken.ini").GetFullPath()),
-           "broken.ini is refused");
+    Expect(!ini->OpenFile(wxFileName(data, "broken.ini").GetFullPath()), "broken.ini is refused");
     Expect(m_frame->GetBanner().GetText().Contains("broken.ini:6"), "the banner says PATH:LINE");
     Shot("ini-error", m_frame);
     Expect(!ini->SaveAs(wxFileName(data + "/no-such-folder", "out.ini").GetFullPath()),
@@ -204,8 +202,7 @@ void Tour::XmlSteps() {
 
 void Tour::DatesStep() {
     ShowPage(3);
-    Expect(TypeInto(m_frame->GetDatesPage()->GetFirstDateField(), "2024-12-31"),
-           "typing a date");
+    Expect(TypeInto(m_frame->GetDatesPage()->GetFirstDateField(), "2024-12-31"), "typing a date");
     Shot("dates", m_frame);
 }
 
@@ -281,7 +278,8 @@ void Tour::Expect(bool condition, const char* what) {
 
 int RunTour(MainFrame* frame, const wxString& outDir) {
     if (!wxFileName::Mkdir(outDir, wxS_DIR_DEFAULT, wxPATH_MKDIR_FULL)) {
-        std::fprintf(stderr, "tour: can't create %s\n", static_cast<const char*>(outDir.utf8_str()));
+        std::fprintf(stderr, "tour: can't create %s\n",
+                     static_cast<const char*>(outDir.utf8_str()));
         return 1;
     }
     return Tour(frame, outDir).Run();

@@ -2,6 +2,8 @@
 
 #include "artwork.h"
 
+#include "ui.h"
+
 #include <wxsupport/controls/animation.h>
 #include <wxsupport/controls/drawing.h>
 #include <wxsupport/controls/pdsizegroup.h>
@@ -17,7 +19,7 @@
 
 namespace {
 
-const int kFrameSize = 48;
+const int kFrameSize = 64;
 const int kDefaultInterval = 80;
 
 // A panel that draws the same lines twice through wx_dc_draw_text: as they
@@ -63,7 +65,7 @@ WidgetsPage::WidgetsPage(wxWindow* parent) : wxPanel(parent) {
     upper->Add(CreateAnimationBox(), 0, wxEXPAND | wxRIGHT, 12);
     upper->Add(CreateDrawingBox(), 1, wxEXPAND);
     wxBoxSizer* sizer = new wxBoxSizer(wxVERTICAL);
-    sizer->Add(upper, 0, wxEXPAND | wxALL, 12);
+    sizer->Add(upper, 1, wxEXPAND | wxALL, 12);
     sizer->Add(CreateSizeGroupBox(), 0, wxEXPAND | wxLEFT | wxRIGHT | wxBOTTOM, 12);
     SetSizer(sizer);
 }
@@ -79,8 +81,8 @@ wxSizer* WidgetsPage::CreateAnimationBox() {
 
     wxBoxSizer* buttons = new wxBoxSizer(wxHORIZONTAL);
     const auto button = [parent, buttons](const wxString& label) {
-        wxButton* b = new wxButton(parent, wxID_ANY, label, wxDefaultPosition, wxDefaultSize,
-                                   wxBU_EXACTFIT);
+        wxButton* b =
+            new wxButton(parent, wxID_ANY, label, wxDefaultPosition, wxDefaultSize, wxBU_EXACTFIT);
         buttons->Add(b, 0, wxRIGHT, 6);
         return b;
     };
@@ -130,8 +132,7 @@ wxSizer* WidgetsPage::CreateSizeGroupBox() {
     };
     for (const auto& m : modes) {
         wxBoxSizer* column = new wxBoxSizer(wxVERTICAL);
-        wxStaticText* title = new wxStaticText(parent, wxID_ANY, m.title);
-        wx_make_bold(title);
+        wxStaticText* title = NewHeading(parent, m.title);
         column->Add(title);
         column->Add(new wxStaticText(parent, wxID_ANY, m.explanation), 0, wxBOTTOM, 6);
         pdSizeGroup group(m.mode);

@@ -2,13 +2,13 @@
 
 #include "banner.h"
 #include "settings.h"
+#include "ui.h"
 
 #include <wxsupport/controls/drawing.h>
 #include <wxsupport/xml/xml-reader.h>
 
 #include <wx/artprov.h>
 #include <wx/button.h>
-#include <wx/ffile.h>
 #include <wx/filedlg.h>
 #include <wx/filename.h>
 #include <wx/frame.h>
@@ -24,14 +24,6 @@ namespace {
 
 // The colour the export writes beside the preferences.
 const wxColour kHighlight(0x34, 0x65, 0xa4);
-
-wxString ReadWholeFile(const wxString& path) {
-    wxString text;
-    wxFFile file(path, "rb");
-    if (file.IsOpened())
-        file.ReadAll(&text, wxConvUTF8);
-    return text;
-}
 
 // wxXmlNode and wxXmlReader answer for attributes by name. The names asked
 // for are those that stand before a '=' in the file's text; a word that only
@@ -61,13 +53,9 @@ XmlPage::XmlPage(wxWindow* parent, Settings& settings, Banner& banner)
     m_tree = new wxTreeCtrl(this, wxID_ANY, wxDefaultPosition, wxDefaultSize,
                             wxTR_HAS_BUTTONS | wxTR_LINES_AT_ROOT | wxTR_SINGLE | wxBORDER_THEME);
     m_statistics = new wxStaticText(this, wxID_ANY, wxEmptyString);
-    m_text = new wxTextCtrl(this, wxID_ANY, wxEmptyString, wxDefaultPosition, wxDefaultSize,
-                            wxTE_MULTILINE | wxTE_READONLY | wxTE_DONTWRAP);
-    m_text->SetFont(wxFont(wxFontInfo(9).Family(wxFONTFAMILY_TELETYPE)));
-    wxStaticText* streamed = new wxStaticText(this, wxID_ANY, _("Streamed with wxXmlReader"));
-    wxStaticText* source = new wxStaticText(this, wxID_ANY, _("The file"));
-    wx_make_bold(streamed);
-    wx_make_bold(source);
+    m_text = NewFileView(this);
+    wxStaticText* streamed = NewHeading(this, _("Streamed with wxXmlReader"));
+    wxStaticText* source = NewHeading(this, _("The file"));
 
     wxBoxSizer* top = new wxBoxSizer(wxHORIZONTAL);
     top->Add(open, 0, wxRIGHT, 6);
@@ -87,10 +75,9 @@ XmlPage::XmlPage(wxWindow* parent, Settings& settings, Banner& banner)
     SetSizer(sizer);
 
     open->Bind(wxEVT_BUTTON, [this](wxCommandEvent&) {
-        const wxString path =
-            wxFileSelector(_("Open an XML file"), wxString(), wxString(), "xml",
-                           _("XML files (*.xml)|*.xml|All files|*"),
-                           wxFD_OPEN | wxFD_FILE_MUST_EXIST, this);
+        const wxString path = wxFileSelector(_("Open an XML file"), wxString(), wxString(), "xml",
+                                             _("XML files (*.xml)|*.xml|All files|*"),
+                                             wxFD_OPEN | wxFD_FILE_MUST_EXIST, this);
         if (!path.empty())
             OpenFile(path);
     });
@@ -100,13 +87,13 @@ XmlPage::XmlPage(wxWindow* parent, Settings& settings, Banner& banner)
 bool XmlPage::OpenFile(const wxString& path) {
     wxXmlTree tree;
     if (!tree.Open(path)) {
-        m_banner.Show(wxString::Format(_("%s: missing or not well-formed XML; nothing was loaded"),
-                                       path),
-                      wxART_ERROR);
+        m_banner.Show(
+            wxString::Format(_("%s: missing or not well-formed XML; nothing was loaded"), path),
+            wxART_ERROR);
         return false;
     }
     m_banner.Hide();
-    const wxString text = ReadWholeFile(path);
+    const wxString text = ReadTextFile(path);
     const std::set<std::string> attributes = AttributeNames(text);
 
     m_tree->Freeze();
@@ -200,7 +187,8 @@ bool XmlPage::ExportPreferences() {
               writer.WriteAttr("highlight", kHighlight) && writer.EndElement() &&
               writer.StartElement("licence") &&
               (!expires.IsValid() || writer.writeAttr("expires", expires)) &&
-              writer.WriteText(p.userName) && writer.EndElement() && writer.EndDocument();
+              (p.userName.empty() || writer.WriteText(p.userName)) && writer.EndElement() &&
+              writer.EndDocument();
     writer.Close();
     if (!ok) {
         m_banner.Show(wxString::Format(_("%s: %s"), path, writer.GetError()), wxART_ERROR);
