@@ -125,7 +125,10 @@ bool GalleryApp::OnInit() {
         frame->Show();
         CallAfter([this, frame] {
             m_tourFailures = RunTour(frame, m_outDir);
-            std::printf("tour: pictures in %s\n", static_cast<const char*>(m_outDir.utf8_str()));
+            wxFileName out(m_outDir, wxString());
+            out.MakeAbsolute();
+            std::printf("tour: the pictures are in %s\n",
+                        static_cast<const char*>(out.GetPath().utf8_str()));
             frame->Close(true);
         });
         return true;

@@ -15,6 +15,7 @@
 
 #include <wx/app.h>
 #include <wx/dialog.h>
+#include <wx/dir.h>
 #include <wx/filename.h>
 #include <wx/notebook.h>
 #include <wx/textctrl.h>
@@ -281,6 +282,14 @@ int RunTour(MainFrame* frame, const wxString& outDir) {
         std::fprintf(stderr, "tour: can't create %s\n",
                      static_cast<const char*>(outDir.utf8_str()));
         return 1;
+    }
+    // The pictures of an earlier tour go; a shorter tour leaves none behind.
+    wxArrayString old;
+    wxDir::GetAllFiles(outDir, &old, "*.png", wxDIR_FILES);
+    for (const wxString& file : old) {
+        const wxString name = wxFileName(file).GetFullName();
+        if (name.length() > 3 && wxIsdigit(name[0]) && wxIsdigit(name[1]) && name[2] == '-')
+            wxRemoveFile(file);
     }
     return Tour(frame, outDir).Run();
 }
