@@ -20,14 +20,6 @@ wxString YesNo(bool value) {
 } // namespace
 
 DatesPage::DatesPage(wxWindow* parent) : wxPanel(parent) {
-    wxStaticText* title = NewHeading(this, _("Dates and times"));
-    wxStaticText* about = new wxStaticText(
-        this, wxID_ANY,
-        _("jmsDateTime holds a date and time in five plain numbers. Its checks are lenient: any "
-          "day from 1 to 31 passes in any month, and 24:00 is a time. pd_validate_wx_date "
-          "checks the calendar. MkTime counts seconds without a time zone, and LocalTime turns "
-          "them back."));
-    about->Wrap(640);
 
     const wxString defaults[2][2] = {{"2024-02-29", "08:05"}, {"2025-02-30", "24:00"}};
     wxFlexGridSizer* grid = new wxFlexGridSizer(3, wxSize(24, 6));
@@ -67,8 +59,12 @@ DatesPage::DatesPage(wxWindow* parent) : wxPanel(parent) {
     wxStaticText* months = NewHeading(this, _("Month numbers"));
 
     wxBoxSizer* sizer = new wxBoxSizer(wxVERTICAL);
-    sizer->Add(title, 0, wxLEFT | wxRIGHT | wxTOP, 12);
-    sizer->Add(about, 0, wxLEFT | wxRIGHT | wxTOP, 12);
+    AddIntroduction(
+        sizer, this, _("Dates and times"),
+        _("jmsDateTime holds a date and time in five plain numbers. Its checks are lenient: any "
+          "day from 1 to 31 passes in any month, and 24:00 is a time. pd_validate_wx_date "
+          "checks the calendar. MkTime counts seconds without a time zone, and LocalTime turns "
+          "them back."));
     sizer->Add(grid, 0, wxLEFT | wxRIGHT | wxTOP, 12);
     sizer->Add(compared, 0, wxLEFT | wxRIGHT | wxTOP, 24);
     sizer->AddSpacer(6);

@@ -37,14 +37,9 @@ DialogsPage::DialogsPage(wxWindow* parent, Settings& settings)
     wxBoxSizer* sizer = new wxBoxSizer(wxVERTICAL);
     const auto section = [this, sizer](const wxString& heading, const wxString& text,
                                        const wxString& label, void (DialogsPage::*action)()) {
-        wxStaticText* title = NewHeading(this, heading);
-        wxStaticText* about = new wxStaticText(this, wxID_ANY, text);
-        about->Wrap(600);
         wxButton* button = new wxButton(this, wxID_ANY, label);
         button->Bind(wxEVT_BUTTON, [this, action](wxCommandEvent&) { (this->*action)(); });
-        sizer->Add(title, 0, wxLEFT | wxRIGHT | wxTOP, 12);
-        sizer->AddSpacer(6);
-        sizer->Add(about, 0, wxLEFT | wxRIGHT, 12);
+        AddIntroduction(sizer, this, heading, text);
         sizer->Add(button, 0, wxLEFT | wxTOP, 12);
         sizer->AddSpacer(12);
     };

@@ -107,24 +107,23 @@ void MainFrame::CreateMenu() {
     bar->Append(help, _("&Help"));
     SetMenuBar(bar);
 
+    const auto open = [this](const wxString& title, const wxString& extension,
+                             const wxString& wildcard) {
+        const wxString path = wxFileSelector(title, m_dataDir, wxString(), extension, wildcard,
+                                             wxFD_OPEN | wxFD_FILE_MUST_EXIST, this);
+        if (!path.empty())
+            OpenFile(path);
+    };
     Bind(
         wxEVT_MENU,
-        [this](wxCommandEvent&) {
-            const wxString path = wxFileSelector(_("Open an INI file"), m_dataDir, wxString(),
-                                                 "ini", _("INI files (*.ini)|*.ini|All files|*"),
-                                                 wxFD_OPEN | wxFD_FILE_MUST_EXIST, this);
-            if (!path.empty())
-                OpenFile(path);
+        [open](wxCommandEvent&) {
+            open(_("Open an INI file"), "ini", _("INI files (*.ini)|*.ini|All files|*"));
         },
         ID_OPEN_INI);
     Bind(
         wxEVT_MENU,
-        [this](wxCommandEvent&) {
-            const wxString path = wxFileSelector(_("Open an XML file"), m_dataDir, wxString(),
-                                                 "xml", _("XML files (*.xml)|*.xml|All files|*"),
-                                                 wxFD_OPEN | wxFD_FILE_MUST_EXIST, this);
-            if (!path.empty())
-                OpenFile(path);
+        [open](wxCommandEvent&) {
+            open(_("Open an XML file"), "xml", _("XML files (*.xml)|*.xml|All files|*"));
         },
         ID_OPEN_XML);
     Bind(

@@ -18,16 +18,6 @@
 
 PreferencesPage::PreferencesPage(wxWindow* parent, Settings& settings, Banner& banner)
     : wxPanel(parent), m_settings(settings), m_banner(banner) {
-    wxStaticText* title = NewHeading(this, _("Preferences"));
-    wxStaticText* about = new wxStaticText(
-        this, wxID_ANY,
-        _("A dialog derived from wxDialogWithNotification, with a pdTextCtrl for each kind of "
-          "value: a whole number and a floating-point number with a range, a time, a date and "
-          "plain text. A field turns yellow while its text is bad; OK then keeps the dialog "
-          "open and a banner says how many fields need a valid value. Labels line up through "
-          "a pdSizeGroup, headings are bold through wx_make_bold, and the fields are as wide "
-          "as wx_size_to_fit_text says their values need."));
-    about->Wrap(560);
     wxButton* edit = new wxButton(this, wxID_PREFERENCES, _("Edit Preferences..."));
     m_values = new wxStaticText(this, wxID_ANY, wxEmptyString);
     wxStaticText* stored = new wxStaticText(
@@ -37,8 +27,14 @@ PreferencesPage::PreferencesPage(wxWindow* parent, Settings& settings, Banner& b
     m_file = NewFileView(this);
 
     wxBoxSizer* sizer = new wxBoxSizer(wxVERTICAL);
-    sizer->Add(title, 0, wxLEFT | wxRIGHT | wxTOP, 12);
-    sizer->Add(about, 0, wxLEFT | wxRIGHT | wxTOP, 12);
+    AddIntroduction(
+        sizer, this, _("Preferences"),
+        _("A dialog derived from wxDialogWithNotification, with a pdTextCtrl for each kind of "
+          "value: a whole number and a floating-point number with a range, a time, a date and "
+          "plain text. A field turns yellow while its text is bad; OK then keeps the dialog "
+          "open and a banner says how many fields need a valid value. Labels line up through "
+          "a pdSizeGroup, headings are bold through wx_make_bold, and the fields are as wide "
+          "as wx_size_to_fit_text says their values need."));
     sizer->Add(edit, 0, wxLEFT | wxTOP, 12);
     sizer->Add(m_values, 0, wxLEFT | wxRIGHT | wxTOP, 24);
     sizer->Add(stored, 0, wxLEFT | wxRIGHT | wxTOP, 12);

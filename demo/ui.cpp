@@ -3,6 +3,7 @@
 #include <wxsupport/controls/drawing.h>
 
 #include <wx/ffile.h>
+#include <wx/sizer.h>
 #include <wx/stattext.h>
 #include <wx/textctrl.h>
 
@@ -17,6 +18,15 @@ wxStaticText* NewHeading(wxWindow* parent, const wxString& text) {
     const wxSize bold = heading->GetTextExtent(text);
     heading->SetMinSize(wxSize(std::max(best.x, bold.x), std::max(best.y, bold.y)));
     return heading;
+}
+
+void AddIntroduction(wxSizer* sizer, wxWindow* parent, const wxString& title,
+                     const wxString& text) {
+    wxStaticText* paragraph = new wxStaticText(parent, wxID_ANY, text);
+    paragraph->Wrap(620);
+    sizer->Add(NewHeading(parent, title), 0, wxLEFT | wxRIGHT | wxTOP, 12);
+    sizer->AddSpacer(6);
+    sizer->Add(paragraph, 0, wxLEFT | wxRIGHT, 12);
 }
 
 wxTextCtrl* NewFileView(wxWindow* parent) {
