@@ -66,10 +66,12 @@ DatesPage::DatesPage(wxWindow* parent) : wxPanel(parent) {
           "checks the calendar. MkTime counts seconds without a time zone, and LocalTime turns "
           "them back."));
     sizer->Add(grid, 0, wxLEFT | wxRIGHT | wxTOP, 12);
-    sizer->Add(compared, 0, wxLEFT | wxRIGHT | wxTOP, 24);
+    sizer->AddSpacer(24);
+    sizer->Add(compared, 0, wxLEFT | wxRIGHT, 12);
     sizer->AddSpacer(6);
     sizer->Add(m_comparison, 0, wxLEFT | wxRIGHT, 12);
-    sizer->Add(months, 0, wxLEFT | wxRIGHT | wxTOP, 24);
+    sizer->AddSpacer(24);
+    sizer->Add(months, 0, wxLEFT | wxRIGHT, 12);
     sizer->AddSpacer(6);
     sizer->Add(m_months, 0, wxLEFT | wxRIGHT, 12);
     SetSizer(sizer);

@@ -169,7 +169,11 @@ void MainFrame::RestoreState() {
     SetStatusText(wxString::Format(_("Settings: %s"), m_settings.GetPath()));
 }
 
-void MainFrame::OpenFile(const wxString& path) {
+void MainFrame::OpenFile(const wxString& name) {
+    // Kept in the settings, so absolute.
+    wxFileName file(name);
+    file.MakeAbsolute();
+    const wxString path = file.GetFullPath();
     if (path.Lower().EndsWith(".xml")) {
         m_book->SetSelection(2);
         m_xmlPage->OpenFile(path);
