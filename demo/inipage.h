@@ -26,6 +26,8 @@ public:
     bool SaveAs(const wxString& path);
     // Selects a key in the tree and shows it in the fields.
     void SelectKey(const wxString& section, const wxString& key);
+    // The value field, for the tour.
+    wxTextCtrl* GetValueField() const { return m_value; }
 
 private:
     void CreateWidgets();

@@ -18,6 +18,7 @@
 #include <wx/dir.h>
 #include <wx/filename.h>
 #include <wx/notebook.h>
+#include <wx/statusbr.h>
 #include <wx/textctrl.h>
 #include <wx/uiaction.h>
 #include <wx/utils.h>
@@ -176,6 +177,12 @@ void Tour::IniSteps() {
     const wxString data = m_frame->GetDataDir();
     Expect(ini->OpenFile(wxFileName(data, "sample.ini").GetFullPath()), "opening sample.ini");
     ini->SelectKey("view", "zoom");
+    // A new value, typed and set by a click.
+    Expect(TypeInto(ini->GetValueField(), "1.5"), "typing a value");
+    Expect(Click(ini->FindWindow(wxID_APPLY)), "clicking Set Value");
+    Expect(WaitFor([this] { return m_frame->GetStatusBar()->GetStatusText().Contains("zoom"); },
+                   3000),
+           "the value is set");
     Shot("ini-editor", m_frame);
     // An unterminated section header: the banner names file and line, and
     // what was loaded stays.
