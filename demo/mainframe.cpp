@@ -41,7 +41,7 @@ MainFrame::MainFrame(Settings& settings, const wxString& dataDir)
     CreateStatusBar();
 
     wxPanel* panel = new wxPanel(this);
-    m_banner = new Banner(panel);
+    m_banner = std::make_unique<Banner>(panel);
     // First run: the folder and the file come into being at once.
     if (!wxFileName::FileExists(m_settings.GetPath())) {
         m_settings.SetLong("page", 0);
@@ -74,9 +74,7 @@ MainFrame::MainFrame(Settings& settings, const wxString& dataDir)
     });
 }
 
-MainFrame::~MainFrame() {
-    delete m_banner;
-}
+MainFrame::~MainFrame() = default;
 
 void MainFrame::CreateMenu() {
     wxMenu* file = new wxMenu;
@@ -90,10 +88,9 @@ void MainFrame::CreateMenu() {
     wxMenu* language = new wxMenu;
     language->AppendRadioItem(ID_LANGUAGE_ENGLISH, "English");
     language->AppendRadioItem(ID_LANGUAGE_GERMAN, "Deutsch");
-    const bool german =
-        m_settings.GetString("language").StartsWith("de") ||
-        (m_settings.GetString("language").empty() && wxTranslations::Get() &&
-         wxTranslations::Get()->GetBestTranslation("wxsupport-gallery").StartsWith("de"));
+    // The language in use, whether chosen here before or by --lang.
+    const wxLocale* locale = wxGetLocale();
+    const bool german = locale && locale->GetCanonicalName().StartsWith("de");
     language->Check(german ? ID_LANGUAGE_GERMAN : ID_LANGUAGE_ENGLISH, true);
     wxMenu* view = new wxMenu;
     view->AppendSubMenu(language, _("&Language"));

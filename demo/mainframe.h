@@ -5,6 +5,8 @@
 
 #include <wx/frame.h>
 
+#include <memory>
+
 class Banner;
 class DatesPage;
 class DialogsPage;
@@ -45,7 +47,7 @@ private:
 
     Settings& m_settings;
     wxString m_dataDir;
-    Banner* m_banner;
+    std::unique_ptr<Banner> m_banner;
     wxNotebook* m_book;
     PreferencesPage* m_preferencesPage;
     IniPage* m_iniPage;

@@ -180,9 +180,9 @@ void Tour::IniSteps() {
     // A new value, typed and set by a click.
     Expect(TypeInto(ini->GetValueField(), "1.5"), "typing a value");
     Expect(Click(ini->FindWindow(wxID_APPLY)), "clicking Set Value");
-    Expect(WaitFor([this] { return m_frame->GetStatusBar()->GetStatusText().Contains("zoom"); },
-                   3000),
-           "the value is set");
+    Expect(
+        WaitFor([this] { return m_frame->GetStatusBar()->GetStatusText().Contains("zoom"); }, 3000),
+        "the value is set");
     Shot("ini-editor", m_frame);
     // An unterminated section header: the banner names file and line, and
     // what was loaded stays.
