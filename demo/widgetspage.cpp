@@ -94,6 +94,8 @@ wxSizer* WidgetsPage::CreateAnimationBox() {
     });
 
     wxSlider* slider = new wxSlider(parent, wxID_ANY, kDefaultInterval, 20, 400);
+    // Wide enough for fine steps, and for the box's title.
+    slider->SetMinSize(wxSize(wx_size_to_fit_text(slider, 14, 1).x, -1));
     m_interval = new wxStaticText(parent, wxID_ANY, wxEmptyString);
     const auto showInterval = [this](int ms) {
         m_interval->SetLabel(wxString::Format(_("Interval: %d ms"), ms));
