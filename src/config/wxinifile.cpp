@@ -1,6 +1,7 @@
 #include <wxsupport/config/wxinifile.h>
 
 #include "common/shared-handle.h"
+#include "common/utf8.h"
 
 #include <wx/debug.h>
 #include <wx/intl.h>
@@ -17,9 +18,10 @@ const size_t kNoForm = static_cast<size_t>(-1);
 // iconv (two passes and a lock) on every call. Text that is plain Unicode
 // (every code unit a scalar value: no surrogate, nothing above U+10FFFF) and
 // bytes that are well-formed UTF-8 have one conversion, which every correct
-// converter gives: the functions below take those cases and give the very
-// bytes and strings m_conv gives. Anything else goes to m_conv itself, which
-// decides as before (no UTF-8 form: no bytes; invalid bytes: no string).
+// converter gives: EncodeUtf8 and wxs_decode_utf8 take those cases and give
+// the very bytes and strings m_conv gives. Anything else goes to m_conv
+// itself, which decides as before (no UTF-8 form: no bytes; invalid bytes:
+// no string).
 
 // Writes the UTF-8 form of text, up to its first NUL (where the C string
 // that m_conv gives ends), cut after `room` bytes, into out; gives the
@@ -61,74 +63,6 @@ size_t EncodeUtf8(const wxString& text, char* out, size_t room) {
             out[used++] = static_cast<char>(bytes[k]);
     }
     return used;
-}
-
-// Decodes the C string text into out when it is well-formed UTF-8 (RFC 3629:
-// shortest forms, no surrogates, nothing above U+10FFFF) and gives true;
-// gives false, out untouched, for anything else.
-bool DecodeUtf8(const char* text, wxString& out) {
-    const unsigned char* p = reinterpret_cast<const unsigned char*>(text);
-    const size_t n = strlen(text);
-    wchar_t stackUnits[kNameBufferSize];
-    wchar_t* units = stackUnits;
-    if (n > kNameBufferSize) {
-        units = static_cast<wchar_t*>(malloc(n * sizeof(wchar_t)));
-        if (!units)
-            return false;
-    }
-    size_t count = 0;
-    bool wellFormed = true;
-    for (size_t i = 0; i < n;) {
-        const unsigned c = p[i];
-        if (c < 0x80) {
-            units[count++] = static_cast<wchar_t>(c);
-            ++i;
-            continue;
-        }
-        // The lead byte tells the length and the range of the second byte.
-        size_t length;
-        unsigned low = 0x80, high = 0xBF;
-        if (c >= 0xC2 && c <= 0xDF)
-            length = 2;
-        else if (c >= 0xE0 && c <= 0xEF) {
-            length = 3;
-            if (c == 0xE0)
-                low = 0xA0;
-            else if (c == 0xED)
-                high = 0x9F;
-        } else if (c >= 0xF0 && c <= 0xF4) {
-            length = 4;
-            if (c == 0xF0)
-                low = 0x90;
-            else if (c == 0xF4)
-                high = 0x8F;
-        } else {
-            wellFormed = false;
-            break;
-        }
-        if (n - i < length || p[i + 1] < low || p[i + 1] > high) {
-            wellFormed = false;
-            break;
-        }
-        wxUint32 value = c & (0x7F >> length);
-        for (size_t k = 1; k < length; ++k) {
-            const unsigned b = p[i + k];
-            if ((b & 0xC0) != 0x80) {
-                wellFormed = false;
-                break;
-            }
-            value = (value << 6) | (b & 0x3F);
-        }
-        if (!wellFormed)
-            break;
-        units[count++] = static_cast<wchar_t>(value);
-        i += length;
-    }
-    if (wellFormed)
-        out.assign(units, count);
-    if (units != stackUnits)
-        free(units);
-    return wellFormed;
 }
 
 // A name as the store gets it: UTF-8, cut at 255 bytes (possibly inside a
@@ -362,7 +296,7 @@ wxString DecodeValue(const char* text, const wxMBConv& conv, const wxMBConv& fal
     if (!text || !*text)
         return wxString();
     wxString result;
-    if (DecodeUtf8(text, result))
+    if (wxs_decode_utf8(text, result))
         return result;
     result = wxString(text, conv);
     if (result.IsSameAs(wxString()))
@@ -374,7 +308,7 @@ wxString DecodeValue(const char* text, const wxMBConv& conv, const wxMBConv& fal
 // UTF-8 gives an empty string, as does a null pointer.
 wxString DecodeName(const char* text, const wxMBConv& conv) {
     wxString result;
-    if (text && !DecodeUtf8(text, result))
+    if (text && !wxs_decode_utf8(text, result))
         result = wxString(text, conv);
     return result;
 }

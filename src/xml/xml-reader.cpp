@@ -4,6 +4,7 @@
 #include <wxsupport/xml/xml-reader.h>
 
 #include "common/shared-handle.h"
+#include "common/utf8.h"
 #include "text/utf8form.h"
 #include "xml/attr-limit.h"
 
@@ -67,10 +68,14 @@ const char* ReaderOnlyWord(int type) {
     }
 }
 
+// Text from libxml2 is well-formed UTF-8 as a rule, which wxs_decode_utf8
+// turns into the string wxConvUTF8 gives, several times faster; anything
+// else goes to wxConvUTF8 itself.
 wxString FromLibxml(const xmlChar* text) {
-    if (!text)
-        return wxString();
-    return wxString(reinterpret_cast<const char*>(text), wxConvUTF8);
+    wxString s;
+    if (text && !wxs_decode_utf8(reinterpret_cast<const char*>(text), s))
+        s = wxString(reinterpret_cast<const char*>(text), wxConvUTF8);
+    return s;
 }
 
 // Converts and releases a string that libxml2 handed over.
