@@ -71,7 +71,12 @@ inline bool wxs_decode_utf8(const char* text, wxString& out) {
         }
         if (!wellFormed)
             break;
-        units[count++] = static_cast<wchar_t>(value);
+        if (sizeof(wchar_t) == 2 && value > 0xFFFF) { // UTF-16: a surrogate pair
+            value -= 0x10000;
+            units[count++] = static_cast<wchar_t>(0xD800 | (value >> 10));
+            units[count++] = static_cast<wchar_t>(0xDC00 | (value & 0x3FF));
+        } else
+            units[count++] = static_cast<wchar_t>(value);
         i += length;
     }
     if (wellFormed)

@@ -29,6 +29,7 @@ const size_t kNoForm = static_cast<size_t>(-1);
 // whole text is checked, past the NUL and the cut too: one such code unit
 // makes m_conv refuse all of it.
 size_t EncodeUtf8(const wxString& text, char* out, size_t room) {
+#if wxUSE_UNICODE_WCHAR && SIZEOF_WCHAR_T == 4
     const wchar_t* p = text.wc_str();
     const size_t n = text.length();
     size_t used = 0;
@@ -63,6 +64,12 @@ size_t EncodeUtf8(const wxString& text, char* out, size_t room) {
             out[used++] = static_cast<char>(bytes[k]);
     }
     return used;
+#else
+    // Code units that are not code points (UTF-16 or UTF-8 storage): the
+    // converter does it all.
+    (void)text, (void)out, (void)room;
+    return kNoForm;
+#endif
 }
 
 // A name as the store gets it: UTF-8, cut at 255 bytes (possibly inside a
