@@ -1,5 +1,8 @@
 #include <wxsupport/config/wxinifile.h>
 
+#include "common/shared-handle.h"
+#include "common/utf8.h"
+
 #include <wx/debug.h>
 #include <wx/intl.h>
 
@@ -9,19 +12,81 @@
 namespace {
 
 const size_t kNameBufferSize = 256;
+const size_t kNoForm = static_cast<size_t>(-1);
+
+// UTF-8 without the converter. m_conv, a wxCSConv for "utf-8", goes through
+// iconv (two passes and a lock) on every call. Text that is plain Unicode
+// (every code unit a scalar value: no surrogate, nothing above U+10FFFF) and
+// bytes that are well-formed UTF-8 have one conversion, which every correct
+// converter gives: EncodeUtf8 and wxs_decode_utf8 take those cases and give
+// the very bytes and strings m_conv gives. Anything else goes to m_conv
+// itself, which decides as before (no UTF-8 form: no bytes; invalid bytes:
+// no string).
+
+// Writes the UTF-8 form of text, up to its first NUL (where the C string
+// that m_conv gives ends), cut after `room` bytes, into out; gives the
+// number of bytes, or kNoForm when some code unit has no UTF-8 form. The
+// whole text is checked, past the NUL and the cut too: one such code unit
+// makes m_conv refuse all of it.
+size_t EncodeUtf8(const wxString& text, char* out, size_t room) {
+#if wxUSE_UNICODE_WCHAR && SIZEOF_WCHAR_T == 4
+    const wchar_t* p = text.wc_str();
+    const size_t n = text.length();
+    size_t used = 0;
+    for (size_t i = 0; i < n; ++i) {
+        const wxUint32 c = static_cast<wxUint32>(p[i]);
+        if (c < 0x80) {
+            if (c == 0)
+                room = used; // the C string ends here
+            else if (used < room)
+                out[used++] = static_cast<char>(c);
+            continue;
+        }
+        if ((c >= 0xD800 && c < 0xE000) || c > 0x10FFFF)
+            return kNoForm;
+        unsigned char bytes[4];
+        size_t count;
+        if (c < 0x800) {
+            bytes[0] = static_cast<unsigned char>(0xC0 | (c >> 6));
+            count = 2;
+        } else if (c < 0x10000) {
+            bytes[0] = static_cast<unsigned char>(0xE0 | (c >> 12));
+            bytes[1] = static_cast<unsigned char>(0x80 | ((c >> 6) & 0x3F));
+            count = 3;
+        } else {
+            bytes[0] = static_cast<unsigned char>(0xF0 | (c >> 18));
+            bytes[1] = static_cast<unsigned char>(0x80 | ((c >> 12) & 0x3F));
+            bytes[2] = static_cast<unsigned char>(0x80 | ((c >> 6) & 0x3F));
+            count = 4;
+        }
+        bytes[count - 1] = static_cast<unsigned char>(0x80 | (c & 0x3F));
+        for (size_t k = 0; k < count && used < room; ++k)
+            out[used++] = static_cast<char>(bytes[k]);
+    }
+    return used;
+#else
+    // Code units that are not code points (UTF-16 or UTF-8 storage): the
+    // converter does it all.
+    (void)text, (void)out, (void)room;
+    return kNoForm;
+#endif
+}
 
 // A name as the store gets it: UTF-8, cut at 255 bytes (possibly inside a
 // multi-byte sequence), terminated. Lives for one store call.
 class NameBuffer {
 public:
     NameBuffer(const wxString& name, const wxMBConv& conv) {
-        const wxCharBuffer narrow = name.mb_str(conv);
-        const char* bytes = narrow.data();
-        size_t length = bytes ? strlen(bytes) : 0;
-        if (length > kNameBufferSize - 1)
-            length = kNameBufferSize - 1;
-        if (length)
-            memcpy(m_text, bytes, length);
+        size_t length = EncodeUtf8(name, m_text, kNameBufferSize - 1);
+        if (length == kNoForm) {
+            const wxCharBuffer narrow = name.mb_str(conv);
+            const char* bytes = narrow.data();
+            length = bytes ? strlen(bytes) : 0;
+            if (length > kNameBufferSize - 1)
+                length = kNameBufferSize - 1;
+            if (length)
+                memcpy(m_text, bytes, length);
+        }
         m_text[length] = '\0';
     }
     NameBuffer(const NameBuffer&) = delete;
@@ -37,9 +102,21 @@ private:
 // text without a UTF-8 form is handed over as an empty text.
 class ValueCopy {
 public:
-    ValueCopy(const wxString& value, const wxMBConv& conv) {
-        const wxCharBuffer narrow = value.mb_str(conv);
-        m_text = pd_strdup(narrow.data() ? narrow.data() : "");
+    ValueCopy(const wxString& value, const wxMBConv& conv) : m_text(nullptr) {
+        // Four bytes at most for each code unit, and the terminator.
+        const size_t room = value.length() * 4;
+        char stackBytes[4 * kNameBufferSize];
+        char* bytes = room < sizeof stackBytes ? stackBytes : static_cast<char*>(malloc(room + 1));
+        const size_t length = bytes ? EncodeUtf8(value, bytes, room) : kNoForm;
+        if (length != kNoForm) {
+            bytes[length] = '\0';
+            m_text = pd_strdup(bytes);
+        } else {
+            const wxCharBuffer narrow = value.mb_str(conv);
+            m_text = pd_strdup(narrow.data() ? narrow.data() : "");
+        }
+        if (bytes != stackBytes)
+            free(bytes);
     }
     ~ValueCopy() { free(m_text); }
     ValueCopy(const ValueCopy&) = delete;
@@ -65,27 +142,26 @@ private:
 #endif
 // clang-format on
 
+// Copies share the store; the last one to go deletes it.
+struct wxIniFile::Share : wxs::SharedHandle<wxIniFile::Share, inifile, inifile_delete> {};
+
 wxIniFile::wxIniFile(wxFontEncoding)
-    : m_store(inifile_new()), m_conv("utf-8"), m_fallbackConv("iso-8859-1"), m_users(new long(1)) {}
+    : m_store(inifile_new()), m_conv("utf-8"), m_fallbackConv("iso-8859-1"),
+      m_share(Share::Start(m_store)) {}
 
 wxIniFile::wxIniFile(const wxString& path, wxFontEncoding)
-    : m_store(inifile_new()), m_conv("utf-8"), m_fallbackConv("iso-8859-1"), m_users(new long(1)) {
+    : m_store(inifile_new()), m_conv("utf-8"), m_fallbackConv("iso-8859-1"),
+      m_share(Share::Start(m_store)) {
     Open(path);
 }
 
 wxIniFile::wxIniFile(const wxIniFile& other)
     : m_store(other.m_store), m_errorMessage(other.m_errorMessage), m_conv(other.m_conv),
-      m_fallbackConv(other.m_fallbackConv), m_users(other.m_users) {
-    ++*m_users;
-}
+      m_fallbackConv(other.m_fallbackConv), m_share(Share::Copy(other.m_share)) {}
 
 wxIniFile& wxIniFile::operator=(const wxIniFile& other) {
-    if (m_store != other.m_store) {
-        Release();
-        m_store = other.m_store;
-        m_users = other.m_users;
-        ++*m_users;
-    }
+    Share::Assign(m_share, other.m_share);
+    m_store = other.m_store;
     m_errorMessage = other.m_errorMessage;
     m_conv = other.m_conv;
     m_fallbackConv = other.m_fallbackConv;
@@ -93,16 +169,7 @@ wxIniFile& wxIniFile::operator=(const wxIniFile& other) {
 }
 
 wxIniFile::~wxIniFile() {
-    Release();
-}
-
-void wxIniFile::Release() {
-    if (--*m_users == 0) {
-        inifile_delete(m_store);
-        delete m_users;
-    }
-    m_store = nullptr;
-    m_users = nullptr;
+    Share::Drop(m_share);
 }
 
 void wxIniFile::setCaseSensitive(bool caseSensitive) {
@@ -240,7 +307,10 @@ namespace {
 wxString DecodeValue(const char* text, const wxMBConv& conv, const wxMBConv& fallback) {
     if (!text || !*text)
         return wxString();
-    wxString result(text, conv);
+    wxString result;
+    if (wxs_decode_utf8(text, result))
+        return result;
+    result = wxString(text, conv);
     if (result.IsSameAs(wxString()))
         result = wxString(text, fallback);
     return result;
@@ -249,7 +319,10 @@ wxString DecodeValue(const char* text, const wxMBConv& conv, const wxMBConv& fal
 // Decodes a name from the store: UTF-8 only, so a name that isn't valid
 // UTF-8 gives an empty string, as does a null pointer.
 wxString DecodeName(const char* text, const wxMBConv& conv) {
-    return text ? wxString(text, conv) : wxString();
+    wxString result;
+    if (text && !wxs_decode_utf8(text, result))
+        result = wxString(text, conv);
+    return result;
 }
 } // namespace
 

@@ -3,6 +3,8 @@
 // tree), and the table of node kind words that the reader and the tree share.
 #include <wxsupport/xml/xml-reader.h>
 
+#include "common/shared-handle.h"
+#include "common/utf8.h"
 #include "text/utf8form.h"
 #include "xml/attr-limit.h"
 
@@ -11,16 +13,15 @@
 #include <wx/translation.h>
 
 #include <climits>
-#include <new>
 
-// One parsed document and the number of trees that hold it. A document that
-// Open or Parse replaced without a Close is kept alive by its successor
-// (node handles may still point into it) and freed together with it.
-struct wxXmlTree::Share {
-    xmlDocPtr doc;
-    unsigned long owners;
-    Share* replaced;
-};
+// The shares of the libxml2 handles among copies. A document that Open or
+// Parse replaced without a Close is kept by its successor's share (node
+// handles may still point into it) and freed together with it.
+struct wxXmlReader::Share
+    : wxs::SharedHandle<wxXmlReader::Share, xmlTextReaderPtr, xmlFreeTextReader> {};
+struct wxXmlWriter::Share
+    : wxs::SharedHandle<wxXmlWriter::Share, xmlTextWriterPtr, xmlFreeTextWriter> {};
+struct wxXmlTree::Share : wxs::SharedHandle<wxXmlTree::Share, xmlDocPtr, xmlFreeDoc> {};
 
 namespace {
 
@@ -67,10 +68,14 @@ const char* ReaderOnlyWord(int type) {
     }
 }
 
+// Text from libxml2 is well-formed UTF-8 as a rule, which wxs_decode_utf8
+// turns into the string wxConvUTF8 gives, several times faster; anything
+// else goes to wxConvUTF8 itself.
 wxString FromLibxml(const xmlChar* text) {
-    if (!text)
-        return wxString();
-    return wxString(reinterpret_cast<const char*>(text), wxConvUTF8);
+    wxString s;
+    if (text && !wxs_decode_utf8(reinterpret_cast<const char*>(text), s))
+        s = wxString(reinterpret_cast<const char*>(text), wxConvUTF8);
+    return s;
 }
 
 // Converts and releases a string that libxml2 handed over.
@@ -89,32 +94,8 @@ bool TooLong(xmlTextReaderPtr reader, const char* name) {
            wxs_xml::AttrTooLong(wxs_xml::ReaderAttr(node, name));
 }
 
-// Drops this object's share of a reader; the last share frees it.
-void DropShare(xmlTextReaderPtr& reader, unsigned long*& shares) {
-    if (shares && --*shares == 0) {
-        xmlFreeTextReader(reader);
-        delete shares;
-    }
-    reader = nullptr;
-    shares = nullptr;
-}
-
 const xmlChar* X(const char* s) {
     return reinterpret_cast<const xmlChar*>(s);
-}
-
-// --- writer helpers
-// Flushes what the writer holds and drops this object's share of it; the
-// last share frees it.
-void DropShare(xmlTextWriterPtr& writer, unsigned long*& shares) {
-    if (writer)
-        xmlTextWriterFlush(writer);
-    if (shares && --*shares == 0) {
-        xmlFreeTextWriter(writer);
-        delete shares;
-    }
-    writer = nullptr;
-    shares = nullptr;
 }
 
 // --- tree helpers
@@ -127,7 +108,7 @@ bool Take(xmlDocPtr parsed, xmlDocPtr& doc, xmlNodePtr& root, Share*& share) {
     root = nullptr;
     if (!parsed)
         return false;
-    Share* s = new (std::nothrow) Share{parsed, 1, share};
+    Share* s = Share::Start(parsed, share);
     if (!s) {
         xmlFreeDoc(parsed);
         return false;
@@ -151,39 +132,31 @@ wxString node_type_as_string(int type) {
     return wxString::FromAscii(kNodeKindWords[type]);
 }
 
-wxXmlReader::wxXmlReader() : reader(nullptr), eof(false), shares(nullptr) {}
+wxXmlReader::wxXmlReader() : reader(nullptr), eof(false), share(nullptr) {}
 
 wxXmlReader::wxXmlReader(const wxXmlReader& other)
-    : reader(other.reader), eof(other.eof), shares(other.shares) {
-    if (shares)
-        ++*shares;
-}
+    : reader(other.reader), eof(other.eof), share(Share::Copy(other.share)) {}
 
 wxXmlReader& wxXmlReader::operator=(const wxXmlReader& other) {
-    if (&other == this)
-        return *this;
-    if (other.shares)
-        ++*other.shares;
-    DropShare(reader, shares);
+    Share::Assign(share, other.share);
     reader = other.reader;
     eof = other.eof;
-    shares = other.shares;
     return *this;
 }
 
 wxXmlReader::~wxXmlReader() {
-    DropShare(reader, shares);
+    Close();
 }
 
 bool wxXmlReader::Open(const wxString& path) {
-    DropShare(reader, shares);
+    Close();
     if (!wxs_has_utf8_form(path))
         return false;
     reader = xmlNewTextReaderFilename(path.ToUTF8().data());
     if (!reader)
         return false;
-    shares = new (std::nothrow) unsigned long(1);
-    if (!shares) {
+    share = Share::Start(reader);
+    if (!share) {
         xmlFreeTextReader(reader);
         reader = nullptr;
         return false;
@@ -192,7 +165,8 @@ bool wxXmlReader::Open(const wxString& path) {
 }
 
 void wxXmlReader::Close() {
-    DropShare(reader, shares);
+    Share::Drop(share);
+    reader = nullptr;
 }
 
 namespace {
@@ -327,37 +301,34 @@ wxString wxXmlReader::GetText() {
 // ---------------------------------------------------------------------------
 // wxXmlWriter
 
-wxXmlWriter::wxXmlWriter() : writer(nullptr), shares(nullptr) {}
+wxXmlWriter::wxXmlWriter() : writer(nullptr), share(nullptr) {}
 
-wxXmlWriter::wxXmlWriter(const wxXmlWriter& other) : writer(other.writer), shares(other.shares) {
-    if (shares)
-        ++*shares;
-}
+wxXmlWriter::wxXmlWriter(const wxXmlWriter& other)
+    : writer(other.writer), share(Share::Copy(other.share)) {}
 
 wxXmlWriter& wxXmlWriter::operator=(const wxXmlWriter& other) {
     if (&other == this)
-        return *this; // dropping a share flushes; nothing to do here
-    if (other.shares)
-        ++*other.shares;
-    DropShare(writer, shares);
+        return *this; // closing would flush; nothing to do here
+    Share* taken = Share::Copy(other.share);
+    Close();
     writer = other.writer;
-    shares = other.shares;
+    share = taken;
     return *this;
 }
 
 wxXmlWriter::~wxXmlWriter() {
-    DropShare(writer, shares);
+    Close();
 }
 
 bool wxXmlWriter::Open(const wxString& path) {
-    DropShare(writer, shares);
+    Close();
     if (!wxs_has_utf8_form(path))
         return false;
     writer = xmlNewTextWriterFilename(path.ToUTF8().data(), 0);
     if (!writer)
         return false;
-    shares = new (std::nothrow) unsigned long(1);
-    if (!shares) {
+    share = Share::Start(writer);
+    if (!share) {
         xmlFreeTextWriter(writer);
         writer = nullptr;
         return false;
@@ -428,8 +399,12 @@ bool wxXmlWriter::EndDocument() {
     return xmlTextWriterEndDocument(writer) >= 0;
 }
 
+// Flushes what the writer holds, then drops this object's share of it.
 void wxXmlWriter::Close() {
-    DropShare(writer, shares);
+    if (writer)
+        xmlTextWriterFlush(writer);
+    Share::Drop(share);
+    writer = nullptr;
 }
 
 wxString wxXmlWriter::GetError() {
@@ -442,20 +417,12 @@ wxString wxXmlWriter::GetError() {
 wxXmlTree::wxXmlTree() : doc(nullptr), root(nullptr), share(nullptr) {}
 
 wxXmlTree::wxXmlTree(const wxXmlTree& other)
-    : doc(other.doc), root(other.root), share(other.share) {
-    if (share)
-        ++share->owners;
-}
+    : doc(other.doc), root(other.root), share(Share::Copy(other.share)) {}
 
 wxXmlTree& wxXmlTree::operator=(const wxXmlTree& other) {
-    if (&other == this)
-        return *this;
-    if (other.share)
-        ++other.share->owners;
-    Close();
+    Share::Assign(share, other.share);
     doc = other.doc;
     root = other.root;
-    share = other.share;
     return *this;
 }
 
@@ -463,19 +430,12 @@ wxXmlTree::~wxXmlTree() {
     Close();
 }
 
-// Frees a share's document once its last owner lets go, then lets go of the
-// document it replaced; a loop, since such chains can be long.
+// The last tree to close frees the document, and with it the documents it
+// replaced.
 void wxXmlTree::Close() {
-    Share* s = share;
-    while (s && --s->owners == 0) {
-        Share* next = s->replaced;
-        xmlFreeDoc(s->doc);
-        delete s;
-        s = next;
-    }
+    Share::Drop(share);
     doc = nullptr;
     root = nullptr;
-    share = nullptr;
 }
 
 bool wxXmlTree::Open(const wxString& path) {

@@ -107,13 +107,14 @@ public:
 
 private:
     void HandleError(pdError* error);
-    void Release();
+
+    struct Share;
 
     inifile m_store;
     wxString m_errorMessage;
     wxCSConv m_conv;
     wxCSConv m_fallbackConv;
-    long* m_users; // objects sharing m_store
+    Share* m_share; // the objects sharing m_store
 };
 
 #endif // WXSUPPORT_CONFIG_WXINIFILE_H

@@ -111,9 +111,11 @@ public:
     wxString GetText();
 
 private:
+    struct Share;
+
     xmlTextReaderPtr reader;
     bool eof;
-    unsigned long* shares; // owners of reader; null when none is held
+    Share* share; // the objects sharing reader; null when none is held
 };
 
 /// Writes an indented UTF-8 XML file, front to back.
@@ -178,8 +180,10 @@ public:
     wxString GetError();
 
 private:
+    struct Share;
+
     xmlTextWriterPtr writer;
-    unsigned long* shares; // owners of writer; null when none is held
+    Share* share; // the objects sharing writer; null when none is held
 };
 
 class wxXmlNode;
