@@ -19,10 +19,14 @@ int main(int argc, char** argv) {
             fd = std::atoi(std::strrchr(argv[i], '/') + 1);
     }
     FILE* out = std::fopen((dir + "/output").c_str(), "wb");
-    if (!args || !out || fd < 0 || dprintf(fd, "%x\n", 4242) < 0)
+    if (!args || !out || fd < 0)
         return 1;
+    // Complete before the window id lets the console go on, so that a test
+    // reading the file right after pd_console_create finds every line.
     std::fprintf(args, "pid %ld\n", static_cast<long>(getpid()));
     std::fclose(args);
+    if (dprintf(fd, "%x\n", 4242) < 0)
+        return 1;
     char buffer[4096];
     for (ssize_t n; (n = read(fd, buffer, sizeof buffer)) > 0; std::fflush(out))
         std::fwrite(buffer, 1, static_cast<size_t>(n), out);
