@@ -40,7 +40,7 @@ fail() {
 
 check_domain() { # domain
     local domain=$1 pot dir count=0
-    pot=$(scripts/update-pot.sh --where "$domain" | head -n 1)
+    pot=$(scripts/update-pot.sh --where "$domain" | sed -n 1p)
     dir=$(dirname "$pot")
     scripts/update-pot.sh "$domain" "$work/fresh.pot"
     if ! diff -u <(grep -v '^"POT-Creation-Date:' "$pot") \
