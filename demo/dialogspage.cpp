@@ -87,7 +87,7 @@ void DialogsPage::ShowCrashReport() {
         "context.txt",
         wxString::Format("wxsupport-gallery %s\n%s\n", GALLERY_VERSION, wxGetOsDescription()),
         _("Program and system"));
-    report.AddText("steps.txt", "1. Opened the Dialogs page\n2. Pressed Crash Report...\n",
+    report.AddText("steps.txt", _("1. Opened the Dialogs page\n2. Pressed Crash Report...\n"),
                    _("What the user did"));
     CrashReportDialog dialog(_("wxsupport gallery"), "crash-reports@example.org");
     dialog.SetDebugReport(report);
@@ -110,11 +110,15 @@ void DialogsPage::OpenConsole() {
     const struct {
         int colour;
         const char* name;
-    } colours[] = {{1, "red"},     {2, "green"}, {3, "yellow"}, {4, "blue"},
-                   {5, "magenta"}, {6, "cyan"},  {7, "white"},  {0x13, "bright yellow"}};
+    } colours[] = {{1, wxTRANSLATE("red")},     {2, wxTRANSLATE("green")},
+                   {3, wxTRANSLATE("yellow")},  {4, wxTRANSLATE("blue")},
+                   {5, wxTRANSLATE("magenta")}, {6, wxTRANSLATE("cyan")},
+                   {7, wxTRANSLATE("white")},   {0x13, wxTRANSLATE("bright yellow")}};
     for (const auto& c : colours) {
         pd_console_set_color(c.colour, 0);
-        std::printf("wxsupport gallery: a line in %s\n", c.name);
+        const wxString line =
+            wxString::Format(_("wxsupport gallery: a line in %s"), wxGetTranslation(c.name));
+        std::printf("%s\n", static_cast<const char*>(line.utf8_str()));
     }
     pd_console_set_color(9, 9);
     m_consoleResult->SetLabel(_("pd_console_create gave 1: the console window is open."));

@@ -5,6 +5,8 @@
 //   wxsupport-gallery --tour [--out DIR] [--lang LANG]
 //                                                 the tour: a picture of each
 //                                                 page and dialog in DIR
+//   wxsupport-gallery --version                  prints the version; needs
+//                                                 no display
 #include "mainframe.h"
 #include "settings.h"
 #include "tour.h"
@@ -19,6 +21,7 @@
 #include <wx/translation.h>
 
 #include <cstdio>
+#include <cstring>
 #include <memory>
 
 namespace {
@@ -62,11 +65,24 @@ private:
     wxArrayString m_files;
     wxString m_tourSettingsDir;
     int m_tourFailures = 0;
+    int m_missingCatalogues = 0;
     std::unique_ptr<wxLocale> m_locale;
     std::unique_ptr<Settings> m_settings;
 };
 
-wxIMPLEMENT_APP(GalleryApp);
+wxIMPLEMENT_APP_NO_MAIN(GalleryApp);
+
+int main(int argc, char** argv) {
+    // Answered before wxWidgets starts the toolkit, so that it works without
+    // a display: enough to see that an installed gallery finds its libraries.
+    for (int i = 1; i < argc && std::strcmp(argv[i], "--") != 0; ++i) {
+        if (std::strcmp(argv[i], "--version") == 0) {
+            std::printf("wxsupport-gallery %s\n", GALLERY_VERSION);
+            return 0;
+        }
+    }
+    return wxEntry(argc, argv);
+}
 
 void GalleryApp::OnInitCmdLine(wxCmdLineParser& parser) {
     wxApp::OnInitCmdLine(parser);
@@ -75,6 +91,7 @@ void GalleryApp::OnInitCmdLine(wxCmdLineParser& parser) {
                        "and quit"));
     parser.AddOption(wxString(), "out", _("folder for the tour's pictures (default out/gallery)"));
     parser.AddOption(wxString(), "lang", _("language of the texts, for example de or en"));
+    parser.AddSwitch(wxString(), "version", _("print the version and quit"));
     parser.AddParam(_("INI or XML file to open"), wxCMD_LINE_VAL_STRING,
                     wxCMD_LINE_PARAM_OPTIONAL | wxCMD_LINE_PARAM_MULTIPLE);
 }
@@ -161,15 +178,24 @@ void GalleryApp::SetUpLanguage(const wxString& code) {
         wxTranslations::Set(translations);
         translations->SetLanguage(language);
     }
-    translations->AddCatalog("wxsupport");
-    translations->AddCatalog("wxsupport-gallery");
+    // English is the texts' own language; any other chosen one must find
+    // both catalogues, or the gallery would quietly show English.
+    const bool english = code.empty() || code.StartsWith("en");
+    for (const char* domain : {"wxsupport", "wxsupport-gallery"}) {
+        if (!translations->AddCatalog(domain) && !english) {
+            ++m_missingCatalogues;
+            std::fprintf(stderr, "wxsupport-gallery: no catalogue %s.mo for %s under %s\n", domain,
+                         static_cast<const char*>(code.utf8_str()),
+                         static_cast<const char*>(locale.GetPath().utf8_str()));
+        }
+    }
 }
 
 int GalleryApp::OnRun() {
     const int code = wxApp::OnRun();
-    if (m_tour && (m_tourFailures > 0 || g_assertions > 0)) {
-        std::fprintf(stderr, "tour: %d failed steps, %d assertions\n", m_tourFailures,
-                     g_assertions);
+    if (m_tour && (m_tourFailures > 0 || g_assertions > 0 || m_missingCatalogues > 0)) {
+        std::fprintf(stderr, "tour: %d failed steps, %d assertions, %d missing catalogues\n",
+                     m_tourFailures, g_assertions, m_missingCatalogues);
         return 1;
     }
     return code;

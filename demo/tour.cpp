@@ -234,7 +234,7 @@ void Tour::DialogSteps() {
 void Tour::WithModal(const std::function<void()>& open,
                      const std::function<void(wxDialog*)>& inside) {
     bool seen = false;
-    wxTheApp->CallAfter([this, &seen, &inside] {
+    wxTheApp->CallAfter([&seen, &inside] {
         wxDialog* dialog = nullptr;
         WaitFor([&dialog] { return (dialog = FindModalDialog()) != nullptr; }, 5000);
         if (!dialog)

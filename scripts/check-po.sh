@@ -1,8 +1,10 @@
 #!/usr/bin/env bash
-# Checks the translation catalogues under po/:
-# - po/wxsupport.pot is what scripts/update-pot.sh makes of the sources now
-#   (the POT-Creation-Date header aside);
-# - every po/LANG.po translates exactly the template's texts, none fuzzy,
+# Checks the translation catalogues of each text domain, the library's
+# (po/) and the gallery's (demo/po/):
+# - the template (po/wxsupport.pot, demo/po/wxsupport-gallery.pot) is what
+#   scripts/update-pot.sh makes of the sources now (the POT-Creation-Date
+#   header aside);
+# - every LANG.po beside it translates exactly the template's texts, none fuzzy,
 #   none left out, passes `msgfmt --check`, and each translation keeps the
 #   % directives of its text (the uptime formats' %E %D %H %M %S, the crash
 #   texts' %s), in any order.
@@ -36,33 +38,37 @@ fail() {
     exit 1
 }
 
-scripts/update-pot.sh "$work/fresh.pot"
-if ! diff -u <(grep -v '^"POT-Creation-Date:' po/wxsupport.pot) \
-    <(grep -v '^"POT-Creation-Date:' "$work/fresh.pot") >"$work/pot.diff"; then
-    cat "$work/pot.diff" >&2
-    fail "po/wxsupport.pot is out of date with the sources: run scripts/update-pot.sh"
-fi
-
-# The template's texts, one a line (newlines shown as carriage returns).
-template_ids() {
-    msgexec -i po/wxsupport.pot sh -c \
-        '[ -z "$MSGEXEC_MSGID" ] || printf "%s\n" "$(printf "%s" "$MSGEXEC_MSGID" | tr "\n\t" "\r\v")"' |
-        LC_ALL=C sort
-}
-template_ids >"$work/template.ids"
-
-count=0
-for po in po/*.po; do
-    [ -e "$po" ] || continue
-    msgfmt --check -o /dev/null "$po" || fail "$po: msgfmt --check failed"
-    [ -z "$(msgattrib --only-fuzzy --no-obsolete "$po")" ] || fail "$po has fuzzy entries"
-    [ -z "$(msgattrib --untranslated --no-obsolete "$po")" ] || fail "$po has untranslated entries"
-    msgexec -i "$po" "$self" --entry >"$work/entries" || fail "$po: a translation lost or gained a % directive"
-    cut -f1 "$work/entries" | LC_ALL=C sort >"$work/po.ids"
-    if ! diff "$work/template.ids" "$work/po.ids" >"$work/ids.diff"; then
-        sed 's/^</missing:/; s/^>/not in the template:/' "$work/ids.diff" | grep ':' >&2
-        fail "$po doesn't translate exactly the template's texts: run msgmerge"
+check_domain() { # domain
+    local domain=$1 pot dir count=0
+    pot=$(scripts/update-pot.sh --where "$domain" | sed -n 1p)
+    dir=$(dirname "$pot")
+    scripts/update-pot.sh "$domain" "$work/fresh.pot"
+    if ! diff -u <(grep -v '^"POT-Creation-Date:' "$pot") \
+        <(grep -v '^"POT-Creation-Date:' "$work/fresh.pot") >"$work/pot.diff"; then
+        cat "$work/pot.diff" >&2
+        fail "$pot is out of date with the sources: run scripts/update-pot.sh"
     fi
-    count=$((count + 1))
-done
-echo "check-po: template up to date; $count catalogue(s) complete ($(wc -l <"$work/template.ids") texts)"
+
+    # The template's texts, one a line (newlines shown as carriage returns).
+    msgexec -i "$pot" sh -c \
+        '[ -z "$MSGEXEC_MSGID" ] || printf "%s\n" "$(printf "%s" "$MSGEXEC_MSGID" | tr "\n\t" "\r\v")"' |
+        LC_ALL=C sort >"$work/template.ids"
+
+    for po in "$dir"/*.po; do
+        [ -e "$po" ] || continue
+        msgfmt --check -o /dev/null "$po" || fail "$po: msgfmt --check failed"
+        [ -z "$(msgattrib --only-fuzzy --no-obsolete "$po")" ] || fail "$po has fuzzy entries"
+        [ -z "$(msgattrib --untranslated --no-obsolete "$po")" ] || fail "$po has untranslated entries"
+        msgexec -i "$po" "$self" --entry >"$work/entries" || fail "$po: a translation lost or gained a % directive"
+        cut -f1 "$work/entries" | LC_ALL=C sort >"$work/po.ids"
+        if ! diff "$work/template.ids" "$work/po.ids" >"$work/ids.diff"; then
+            sed 's/^</missing:/; s/^>/not in the template:/' "$work/ids.diff" | grep ':' >&2
+            fail "$po doesn't translate exactly the template's texts: run msgmerge"
+        fi
+        count=$((count + 1))
+    done
+    echo "check-po: $pot up to date; $count catalogue(s) complete ($(wc -l <"$work/template.ids") texts)"
+}
+
+check_domain wxsupport
+check_domain wxsupport-gallery

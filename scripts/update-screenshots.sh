@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # Refreshes the README's screenshots in docs/images/ from the gallery's tour:
 # builds, runs the tour under a private Xvfb (same size and fonts on every
-# machine), and keeps a smaller copy of each picture.
+# machine), in English whatever the locale, and keeps a smaller copy of each
+# picture.
 #
 #   scripts/update-screenshots.sh
 set -euo pipefail
@@ -11,7 +12,7 @@ cd "$(dirname "$0")/.."
 out=$(mktemp -d)
 trap 'rm -rf "$out"' EXIT
 # Always a private server: a desktop's theme and fonts would differ.
-env -u DISPLAY scripts/with-xvfb.sh build/bin/wxsupport-gallery --tour --out "$out" >/dev/null
+env -u DISPLAY scripts/with-xvfb.sh build/bin/wxsupport-gallery --tour --lang en --out "$out" >/dev/null
 
 mkdir -p docs/images
 rm -f docs/images/[0-9][0-9]-*.png

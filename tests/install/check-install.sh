@@ -11,7 +11,9 @@ prefix="$work/prefix"
 cmake --install "$build" --prefix "$prefix" >/dev/null
 for f in include/wxsupport/wxsupport.h include/wxsupport/config/inifile.h \
     lib/libwxsupport.so.0 lib/libvesk.so.0 lib/cmake/wxsupport/wxsupportConfig.cmake \
-    lib/pkgconfig/wxsupport.pc share/locale/de/LC_MESSAGES/wxsupport.mo; do
+    lib/pkgconfig/wxsupport.pc share/locale/de/LC_MESSAGES/wxsupport.mo \
+    bin/wxsupport-gallery share/locale/de/LC_MESSAGES/wxsupport-gallery.mo \
+    share/wxsupport-gallery/sample.ini share/wxsupport-gallery/sample.xml; do
     [ -e "$prefix/$f" ] || { echo "missing in the installed tree: $f" >&2; exit 1; }
 done
 
@@ -26,11 +28,30 @@ expect_runpath() { # file, wanted run path
 }
 expect_runpath "$prefix/lib/libwxsupport.so.0" '$ORIGIN'
 expect_runpath "$prefix/lib/libvesk.so.0" '$ORIGIN'
-if [ -d "$prefix/bin" ]; then
-    while IFS= read -r program; do
-        expect_runpath "$program" '$ORIGIN/../lib'
-    done < <(find "$prefix/bin" -type f -perm -u+x | sort)
+while IFS= read -r program; do
+    expect_runpath "$program" '$ORIGIN/../lib'
+done < <(find "$prefix/bin" -type f -perm -u+x | sort)
+
+# The installed gallery starts from the prefix alone: --version needs no
+# display; its German tour needs its data files and both catalogues from
+# share/, and fails without them. The tour gets a private Xvfb, so that it
+# takes no focus from GUI tests running beside it.
+echo "-- the installed gallery"
+gallery=$prefix/bin/wxsupport-gallery
+version=$(env -u LD_LIBRARY_PATH "$gallery" --version) ||
+    { echo "the installed gallery doesn't start" >&2; exit 1; }
+case $version in
+"wxsupport-gallery "[0-9]*) echo "$version" ;;
+*) echo "the installed gallery printed '$version' for --version" >&2; exit 1 ;;
+esac
+mkdir -p "$work/home"
+if ! HOME="$work/home" XDG_CONFIG_HOME="$work/home/.config" env -u LD_LIBRARY_PATH -u DISPLAY \
+    "$src/scripts/with-xvfb.sh" "$gallery" --tour --lang de --out "$work/tour" >"$work/tour.log" 2>&1; then
+    cat "$work/tour.log" >&2
+    echo "the installed gallery's German tour failed" >&2
+    exit 1
 fi
+echo "German tour: $(find "$work/tour/de" -name '*.png' | wc -l) pictures"
 
 # run_host program expected-output: starts a host the way a user would,
 # without LD_LIBRARY_PATH, and compares what it prints.
