@@ -2,20 +2,25 @@
 #include "memory.h"
 #include "pages.h"
 
+#include <atomic>
 #include <cstdlib>
 
 namespace vesk {
 
 namespace {
 
-// The hook's state: allocations counted since it was set, and the number of
-// the first one that fails (0: none fails).
+// The hook's state: whether any thread set it (so that an allocation costs
+// one relaxed load while none did), and per thread the allocations counted
+// since it was set and the number of the first one that fails.
+std::atomic<bool> g_armed{false};
 thread_local long t_count = 0;
 thread_local long t_failAt = 0;
 
 constexpr std::size_t kMapThreshold = std::size_t(1) << 20;
 
-void countAllocation() {
+inline void countAllocation() {
+    if (!g_armed.load(std::memory_order_relaxed))
+        return;
     ++t_count;
     if (t_failAt && t_count >= t_failAt)
         throw std::bad_alloc();
@@ -53,10 +58,8 @@ namespace testing {
 void failAllocation(long n) noexcept {
     t_count = 0;
     t_failAt = n;
-}
-
-long allocationCount() noexcept {
-    return t_count;
+    if (n)
+        g_armed.store(true, std::memory_order_relaxed);
 }
 
 } // namespace testing

@@ -53,8 +53,6 @@ namespace testing {
 // one) and every one after it until the next call; 0 lets all succeed. The
 // setting belongs to the calling thread. Not exported by libvesk.
 void failAllocation(long n) noexcept;
-// Allocations made by this thread since the last failAllocation call.
-long allocationCount() noexcept;
 } // namespace testing
 
 } // namespace vesk

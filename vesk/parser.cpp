@@ -170,10 +170,8 @@ bool scanFile(Contents& c, const NameRule& rule, ParseError& err) {
     return true;
 }
 
-void loadKeys(Store& st, int32_t s) {
+void parseKeys(Store& st, int32_t s) {
     Contents& c = *st.c;
-    if (c.sections[static_cast<size_t>(s)].keysKnown)
-        return;
     Vector<int32_t> blocks = c.blocksOf(c.sections[static_cast<size_t>(s)]);
     size_t most = 0;
     for (int32_t b : blocks)

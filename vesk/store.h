@@ -192,8 +192,13 @@ void rehashAll(Contents& c, const NameRule& rule);
 // Empties the contents in place, without allocating.
 void emptyContents(Contents& c) noexcept;
 
-// Parses the section's bodies into key records, if not done yet.
-void loadKeys(Store& st, int32_t s);
+// Parses the section's bodies into key records (its keys aren't known yet).
+void parseKeys(Store& st, int32_t s);
+// The section's keys as records, parsed if not done yet.
+inline void loadKeys(Store& st, int32_t s) {
+    if (!st.c->sections[static_cast<size_t>(s)].keysKnown)
+        parseKeys(st, s);
+}
 // Replaces the section's bodies by line records, if not done yet.
 void expandLines(Store& st, int32_t s);
 } // namespace vesk
