@@ -9,22 +9,26 @@ namespace vesk {
 
 namespace {
 
+// The length of the line at p whose '\n' is at nl (end when it has none),
+// without its line end, which goes to eol (0 none, 1 LF, 2 CRLF).
+size_t textLength(const char* p, const char* nl, const char* end, uint8_t& eol) {
+    eol = nl < end ? 1 : 0;
+    if (eol && nl > p && nl[-1] == '\r') {
+        eol = 2;
+        --nl;
+    }
+    return static_cast<size_t>(nl - p);
+}
+
 // Calls fn(p, len, eol) for each line in [p, end): its text without the line
 // end, and the line end (0 none, 1 LF, 2 CRLF).
 template <class Fn>
 void forEachLine(const char* p, const char* end, Fn fn) {
     while (p < end) {
         const char* nl = findNewline(p, end);
-        const char* ce = nl;
-        uint8_t eol = 0;
-        if (nl < end) {
-            eol = 1;
-            if (ce > p && ce[-1] == '\r') {
-                --ce;
-                eol = 2;
-            }
-        }
-        fn(p, static_cast<size_t>(ce - p), eol);
+        uint8_t eol;
+        size_t len = textLength(p, nl, end, eol);
+        fn(p, len, eol);
         p = nl < end ? nl + 1 : end;
     }
 }
@@ -117,17 +121,9 @@ bool scanFile(Contents& c, const NameRule& rule, ParseError& err) {
         const char* nl = findNewline(q, end);
         const char* next = nl < end ? nl + 1 : end;
         if (q < next && *q == '[') {
-            const char* ce = nl;
-            uint8_t eol = 0;
-            if (nl < end) {
-                eol = 1;
-                if (ce > p && ce[-1] == '\r') {
-                    --ce;
-                    eol = 2;
-                }
-            }
+            uint8_t eol;
+            size_t len = textLength(p, nl, end, eol);
             endBody();
-            size_t len = static_cast<size_t>(ce - p);
             string_view name;
             String decoded;
             bool quoted;

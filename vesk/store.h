@@ -138,14 +138,15 @@ struct inifile_store {
 namespace vesk {
 using Store = inifile_store;
 
-// The section or key with the name whose hash is h; kNone when absent. With
-// twins, the first in order.
-inline int32_t findSection(const Contents& c, const NameRule& rule, string_view name, uint32_t h) {
-    auto same = [&](uint32_t i) { return rule.same(c.sections[i].name.view(), name); };
+// The record in the slice with a hash h that same(index) accepts; kNone when
+// absent. With twins, the first in order (the lowest index).
+template <class Same>
+int32_t findRecord(const Contents& c, const SlotArray& slots, const SlotSlice& t, uint32_t h,
+                   Same same) {
     if (!c.twins)
-        return c.sectionSlots.find(c.sectionTable, h, same);
+        return slots.find(t, h, same);
     int32_t first = kNone;
-    c.sectionSlots.find(c.sectionTable, h, [&](uint32_t i) {
+    slots.find(t, h, [&](uint32_t i) {
         if (same(i) && (first == kNone || static_cast<int32_t>(i) < first))
             first = static_cast<int32_t>(i);
         return false;
@@ -153,18 +154,15 @@ inline int32_t findSection(const Contents& c, const NameRule& rule, string_view 
     return first;
 }
 
+inline int32_t findSection(const Contents& c, const NameRule& rule, string_view name, uint32_t h) {
+    return findRecord(c, c.sectionSlots, c.sectionTable, h,
+                      [&](uint32_t i) { return rule.same(c.sections[i].name.view(), name); });
+}
+
 inline int32_t findKey(const Contents& c, const NameRule& rule, const Section& sec,
                        string_view name, uint32_t h) {
-    auto same = [&](uint32_t i) { return rule.same(c.keys[i].name.view(), name); };
-    if (!c.twins)
-        return c.keySlots.find(sec.keyTable, h, same);
-    int32_t first = kNone;
-    c.keySlots.find(sec.keyTable, h, [&](uint32_t i) {
-        if (same(i) && (first == kNone || static_cast<int32_t>(i) < first))
-            first = static_cast<int32_t>(i);
-        return false;
-    });
-    return first;
+    return findRecord(c, c.keySlots, sec.keyTable, h,
+                      [&](uint32_t i) { return rule.same(c.keys[i].name.view(), name); });
 }
 
 // Room for one more section record (records, order, table).

@@ -12,16 +12,22 @@ void release(Text& t) noexcept {
     t = Text();
 }
 
-Text makeOwned(string_view s) {
-    char* m = allocateText(s.size() + 1);
+namespace {
+// s copied to m with a terminator, as a text of the kind given.
+Text copyTo(char* m, string_view s, TextKind kind) {
     if (!s.empty())
         std::memcpy(m, s.data(), s.size());
     m[s.size()] = '\0';
     Text t;
     t.p = m;
     t.len = static_cast<uint32_t>(s.size());
-    t.kind = kOwned;
+    t.kind = kind;
     return t;
+}
+} // namespace
+
+Text makeOwned(string_view s) {
+    return copyTo(allocateText(s.size() + 1), s, kOwned);
 }
 
 Arena::~Arena() {
@@ -42,15 +48,7 @@ void Arena::newChunk(size_t atLeast) {
 }
 
 Text Arena::copy(string_view s) {
-    char* m = alloc(s.size() + 1);
-    if (!s.empty())
-        std::memcpy(m, s.data(), s.size());
-    m[s.size()] = '\0';
-    Text t;
-    t.p = m;
-    t.len = static_cast<uint32_t>(s.size());
-    t.kind = kTerminated;
-    return t;
+    return copyTo(alloc(s.size() + 1), s, kTerminated);
 }
 
 } // namespace vesk

@@ -194,6 +194,7 @@ bool ModelLong(const std::string& v, long& out) {
 class Soak {
 public:
     Soak(uint64_t seed, const fs::path& dir) : m_rng(seed), m_dir(dir) {
+        m_target = 2500 + rnd(1000); // the first phase grows to thousands of sections
         m_h = inifile_new();
         m_other = inifile_new();
         if (!m_h || !m_other)
@@ -482,7 +483,7 @@ void Soak::step() {
         checkKey(m_h, m, sec, key);
         checkSection(m_h, m, sec);
     } else if (op < 760) { // remove a section
-        if (m_growing && chance(70))
+        if (m_growing && chance(95))
             return;
         std::string sec = existingSection();
         int s = m.findSection(sec);
