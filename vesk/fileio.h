@@ -2,8 +2,8 @@
 // atomic save. Paths arrive as the C interface got them (narrow, zero-
 // terminated); messages are the system's reason in plain words, UTF-8.
 //
-// One file per platform implements this header: fileio_posix.cpp (open,
-// read, fsync, rename, realpath). A Windows file implements the same calls
+// One file per platform implements this header: fileio_posix.cpp with the
+// POSIX calls. A Windows file implements the same functions
 // with the wide API: it converts the path (UTF-8 when valid, else the ANSI
 // code page), replaces the target with ReplaceFileW or MoveFileExW and
 // takes its messages from FormatMessageW. Nothing else in the store calls
