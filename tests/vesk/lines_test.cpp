@@ -66,7 +66,8 @@ TEST(Lines, ALastLineEndingInCrGetsCrlf) {
     LineList crlf;
     crlf.crlf = true;
     crlf.reserveMore(4);
-    Load(crlf, "x");
+    const std::string x = "x"; // the records point into it
+    Load(crlf, x);
     crlf.linkAfter(crlf.last(), crlf.addOwned(vesk::makeOwned("y"), vesk::kKeyLine));
     EXPECT_EQ(Render(crlf), "x\r\ny\r\n");
 }
@@ -74,7 +75,8 @@ TEST(Lines, ALastLineEndingInCrGetsCrlf) {
 TEST(Lines, ResetEmptiesWithoutAllocating) {
     LineList l;
     l.reserveMore(4);
-    Load(l, "a\nb\n");
+    const std::string text = "a\nb\n";
+    Load(l, text);
     l.linkAfter(l.last(), l.addOwned(vesk::makeOwned("c"), vesk::kKeyLine));
     vesk::testing::failAllocation(1);
     l.reset();
