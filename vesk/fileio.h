@@ -3,11 +3,12 @@
 // terminated); messages are the system's reason in plain words, UTF-8.
 //
 // One file per platform implements this header: fileio_posix.cpp with the
-// POSIX calls. A Windows file implements the same functions
-// with the wide API: it converts the path (UTF-8 when valid, else the ANSI
-// code page), replaces the target with ReplaceFileW or MoveFileExW and
-// takes its messages from FormatMessageW. Nothing else in the store calls
-// the system for files.
+// POSIX calls, fileio_win.cpp with the wide API. On Windows a path is read
+// as UTF-8 when it is valid UTF-8 and in the ANSI code page otherwise (what
+// wxIniFile::Save hands over); the target is replaced with ReplaceFileW
+// (existing) or MoveFileExW (new), which keep it whole, old or new, on any
+// failure; messages are FormatMessageW's in UTF-8. Nothing else in the store
+// calls the system for files.
 #pragma once
 
 #include "text.h"
@@ -25,7 +26,8 @@ bool readWholeFile(const char* path, Buffer& buf, size_t& len, std::string& mess
 
 // Replaces the file at path with the bytes: a temporary file in the same
 // directory, written in full, flushed to the disk and renamed over the
-// target, which keeps its permissions (and owner, where allowed). A
+// target, which keeps its permissions (and owner, where allowed; on
+// Windows its attributes and security). A
 // symbolic link is followed: the file it leads to is replaced, the link
 // stays. On failure the target is untouched, no temporary file is left,
 // and message has the reason.

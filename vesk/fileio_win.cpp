@@ -231,9 +231,14 @@ bool replaceTarget(const std::wstring& tmp, const std::wstring& target, bool exi
         return false;
     }
     std::wstring backup = sideName(target, L".old", 0);
+    DWORD attrs = ::GetFileAttributesW(target.c_str());
     if (::ReplaceFileW(target.c_str(), tmp.c_str(), backup.c_str(), REPLACEFILE_IGNORE_MERGE_ERRORS,
                        nullptr, nullptr)) {
         ::DeleteFileW(backup.c_str());
+        // Windows' ReplaceFileW keeps the attributes; not every
+        // implementation does (Wine's doesn't), so they are checked.
+        if (attrs != INVALID_FILE_ATTRIBUTES && ::GetFileAttributesW(target.c_str()) != attrs)
+            ::SetFileAttributesW(target.c_str(), attrs);
         return true;
     }
     err = ::GetLastError();
