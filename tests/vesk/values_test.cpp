@@ -25,10 +25,15 @@ TEST(Values, Numbers) {
     EXPECT_EQ(-17, readLong(" \t-17  "));
     EXPECT_EQ(5, readLong("+5"));
     EXPECT_EQ(7, readLong("0007"));
-    EXPECT_EQ(kMax, readLong("9223372036854775807"));
-    EXPECT_EQ(kMin, readLong("-9223372036854775808"));
-    for (const char* bad : {"9223372036854775808", "-9223372036854775809", "99999999999999999999",
-                            "0x10", "12abc", "1.5", "", "-", "1 2", "\"7\""})
+    // The limits of long: 64 bits on POSIX systems, 32 on Windows.
+    const unsigned long long kMaxMagnitude = static_cast<unsigned long long>(kMax);
+    const std::string beyondMax = std::to_string(kMaxMagnitude + 1),
+                      beyondMin = "-" + std::to_string(kMaxMagnitude + 2);
+    EXPECT_EQ(kMax, readLong(std::to_string(kMax).c_str()));
+    EXPECT_EQ(kMin, readLong(std::to_string(kMin).c_str()));
+    for (const char* bad :
+         {beyondMax.c_str(), beyondMin.c_str(), "9223372036854775808", "-9223372036854775809",
+          "99999999999999999999", "0x10", "12abc", "1.5", "", "-", "1 2", "\"7\""})
         EXPECT_EQ(-1, readLong(bad)) << bad;
     EXPECT_EQ(-1, inifile_read_long(h, "n", "absent", -1));
     inifile_write_long(h, "n", "k", kMin);

@@ -97,7 +97,8 @@ VESK_API void inifile_clear(inifile h);
 /** 1: names compare exactly; 0 (the default): without regard to case. The
  * setting belongs to the handle and survives inifile_open and inifile_clear;
  * switching it keeps sections and keys merged as they are, later lookups
- * follow the new rule. */
+ * follow the new rule: of names that it takes for one, the first in order is
+ * found, and once that is removed the next. */
 VESK_API void inifile_set_case_sensitive(inifile h, int sensitive);
 
 /** Reads the whole file into a new store that replaces this one's contents.
@@ -139,7 +140,8 @@ VESK_API const char* inifile_read_string(inifile h, const char* sec, const char*
 
 /* The write functions create the section and the key if needed (see the
  * file format above for where); 1 when stored, 0 on a null argument or when
- * memory runs out. */
+ * memory runs out. Every change of a store (these, removals, renaming,
+ * registering, copying) that fails leaves the store as it was. */
 /** Stores the value in decimal; 1 when stored, 0 on a null argument or when
  * memory runs out. */
 VESK_API int inifile_write_long(inifile h, const char* sec, const char* key, long value);
