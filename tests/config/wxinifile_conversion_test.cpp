@@ -146,8 +146,12 @@ TEST(WxIniFileConversion, BytesToTheStoreAreTheConvertersOwn) {
         inifile_write_string(reference, RefName(section).c_str(), RefName(key).c_str(),
                              RefValue(value).c_str());
     }
-    EXPECT_EQ(NameAssertions(capture), expectedAssertions);
     EXPECT_GT(expectedAssertions, 0u);
+#if wxDEBUG_LEVEL
+    EXPECT_EQ(NameAssertions(capture), expectedAssertions);
+#else
+    EXPECT_EQ(NameAssertions(capture), 0u); // assertions compile to nothing
+#endif
     ASSERT_TRUE(ini.Save(dir.file("ours.ini").c_str())) << ini.GetError();
     pdError* error = nullptr;
     ASSERT_EQ(inifile_save(reference, dir.file("reference.ini").c_str(), &error), 0);
