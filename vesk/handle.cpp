@@ -8,6 +8,15 @@
 namespace vesk {
 namespace {
 
+// The error of a failure without a reason of its own: memory ran out.
+void outOfMemory(inifile_store::Error& error, const char* path) noexcept {
+    try {
+        error = inifile_store::Error{path, outOfMemoryMessage()};
+    } catch (...) {
+        // Not even the text: the record stays empty.
+    }
+}
+
 template <class F>
 auto guarded(F f, decltype(f()) onFailure) noexcept -> decltype(f()) {
     try {
@@ -52,7 +61,7 @@ bool inifile_store::open(const char* path, Error& error) noexcept {
         c.swap(fresh);
         return true;
     } catch (...) {
-        error = Error{path, outOfMemoryMessage()};
+        outOfMemory(error, path);
         return false;
     }
 }
@@ -67,7 +76,7 @@ bool inifile_store::save(const char* path, Error& error) noexcept {
         }
         return true;
     } catch (...) {
-        error = Error{path, outOfMemoryMessage()};
+        outOfMemory(error, path);
         return false;
     }
 }

@@ -17,10 +17,16 @@ struct pdError {
 
 namespace {
 
-// Hands an error over through the out-argument, if one was given.
-int fail(pdError** out, inifile_store::Error&& e) {
-    if (out)
-        *out = new (std::nothrow) pdError{std::move(e.region), std::move(e.message)};
+// Hands an error over through the out-argument, if one was given (none when
+// even the record can't be had).
+int fail(pdError** out, const char* region, const char* message) {
+    if (out) {
+        try {
+            *out = new pdError{region, message};
+        } catch (...) {
+            *out = nullptr;
+        }
+    }
     return -1;
 }
 
@@ -29,7 +35,11 @@ int fail(pdError** out, inifile_store::Error&& e) {
 extern "C" {
 
 inifile inifile_new(void) {
-    return new (std::nothrow) inifile_store;
+    try {
+        return new inifile_store;
+    } catch (...) {
+        return nullptr;
+    }
 }
 
 void inifile_delete(inifile h) {
@@ -51,8 +61,8 @@ int inifile_open(inifile h, const char* path, pdError** error) {
         *error = nullptr;
     inifile_store::Error e;
     if (!h || !path)
-        return fail(error, {path ? path : "", "no store or no path given"});
-    return h->open(path, e) ? 0 : fail(error, std::move(e));
+        return fail(error, path ? path : "", "no store or no path given");
+    return h->open(path, e) ? 0 : fail(error, e.region.c_str(), e.message.c_str());
 }
 
 int inifile_save(inifile h, const char* path, pdError** error) {
@@ -60,8 +70,8 @@ int inifile_save(inifile h, const char* path, pdError** error) {
         *error = nullptr;
     inifile_store::Error e;
     if (!h || !path || !*path)
-        return fail(error, {path ? path : "", "no store or no path given"});
-    return h->save(path, e) ? 0 : fail(error, std::move(e));
+        return fail(error, path ? path : "", "no store or no path given");
+    return h->save(path, e) ? 0 : fail(error, e.region.c_str(), e.message.c_str());
 }
 
 int inifile_has_section(inifile h, const char* sec) {

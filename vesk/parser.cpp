@@ -168,42 +168,31 @@ bool scanFile(Contents& c, const NameRule& rule, ParseError& err) {
 
 void parseKeys(Store& st, int32_t s) {
     Contents& c = *st.c;
-    Vector<int32_t> blocks = c.blocksOf(c.sections[static_cast<size_t>(s)]);
-    size_t most = 0;
-    for (int32_t b : blocks)
-        if (int32_t r = bodyOf(c, b); r != kNone)
-            most += lineCount(c.lines[r].p, c.lines[r].len);
-    if (c.keys.size() + most > c.keys.capacity())
-        c.keys.reserve(std::max(c.keys.capacity() * 2, c.keys.size() + most));
     // The keys go to the end of the records, in order: the section's range.
     const size_t before = c.keys.size();
     Section& sec = c.sections[static_cast<size_t>(s)];
-    try {
-        for (int32_t b : blocks) {
-            int32_t r = bodyOf(c, b);
-            if (r == kNone)
-                continue;
-            forEachLine(c.lines[r].p, c.lines[r].p + c.lines[r].len,
-                        [&](const char* p, size_t len, uint8_t) {
-                            string_view line(p, len);
-                            if (isTriviaLine(line))
-                                return;
-                            KeyText t = readKeyLine(c, line, true);
-                            uint32_t h = st.rule.hash(t.name.view());
-                            int32_t k = findKey(c, st.rule, sec, t.name.view(), h);
-                            if (k != kNone) {
-                                c.keys[static_cast<size_t>(k)].repeated = true;
-                                return;
-                            }
-                            c.keySlots.reserve(sec.keyTable);
-                            Key key{t.name, t.value, h, s, kNone, false, false};
-                            c.keys.push_back(key);
-                            if (sec.rangeCount++ == 0)
-                                sec.firstKey = static_cast<int32_t>(c.keys.size() - 1);
-                            c.keySlots.place(sec.keyTable, static_cast<uint32_t>(c.keys.size() - 1),
-                                             h);
-                        });
+    auto parseLine = [&](const char* p, size_t len, uint8_t) {
+        string_view line(p, len);
+        if (isTriviaLine(line))
+            return;
+        KeyText t = readKeyLine(c, line, true);
+        uint32_t h = st.rule.hash(t.name.view());
+        int32_t k = findKey(c, st.rule, sec, t.name.view(), h);
+        if (k != kNone) {
+            c.keys[static_cast<size_t>(k)].repeated = true;
+            return;
         }
+        c.keySlots.reserve(sec.keyTable);
+        c.keys.push_back(Key{t.name, t.value, h, s, kNone, false, false});
+        if (sec.rangeCount++ == 0)
+            sec.firstKey = static_cast<int32_t>(c.keys.size() - 1);
+        c.keySlots.place(sec.keyTable, static_cast<uint32_t>(c.keys.size() - 1), h);
+    };
+    try {
+        c.forEachBlock(sec, [&](int32_t b) {
+            if (int32_t r = bodyOf(c, b); r != kNone)
+                forEachLine(c.lines[r].p, c.lines[r].p + c.lines[r].len, parseLine);
+        });
     } catch (...) {
         c.keys.resize(before);
         sec.rangeCount = 0;

@@ -89,6 +89,14 @@ struct Contents {
     }
     // Header lines of every block of the section.
     Vector<int32_t> blocksOf(const Section& sec) const;
+    // Calls fn(header line) for every block of the section, in order.
+    template <class Fn>
+    void forEachBlock(const Section& sec, Fn fn) const {
+        fn(sec.header);
+        if (sec.laterBlocks != kNone)
+            for (int32_t b : laterBlocks[static_cast<size_t>(sec.laterBlocks)])
+                fn(b);
+    }
     // A terminated form of a text (a view is copied into the arena).
     const char* terminated(Text& t);
 };
