@@ -1,5 +1,6 @@
 // Opening and saving real files: failures leave the store and the target as
 // they were, with the path and the system's reason in the error record.
+#include "child_process.h"
 #include "store_util.h"
 
 #include <gtest/gtest.h>
@@ -11,28 +12,29 @@
 
 #include <sys/resource.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 namespace {
 
-// Runs op in a forked child (as user 65534 when we are root, or under a 4 KiB
-// file size limit); 0 when it failed with path and strerror(err) as record.
+// Runs op in a child process (as user 65534 when we are root, or under a
+// 4 KiB file size limit); 0 when it failed with path and strerror(err) as
+// record.
 int InChild(const std::function<Result()>& op, const std::string& path, int err, bool limit) {
-    fflush(nullptr);
-    pid_t pid = fork();
-    if (pid == 0) {
+    const ChildResult child = RunInChild([&](int) {
         struct rlimit lim = {4096, 4096};
         signal(SIGXFSZ, SIG_IGN);
-        if ((limit && setrlimit(RLIMIT_FSIZE, &lim) != 0) ||
-            (!limit && geteuid() == 0 && (setgid(65534) != 0 || setuid(65534) != 0)))
-            _exit(100);
-        Result r = op();
-        _exit(r.rc == 0 ? 1 : r.region != path ? 2 : r.message != std::strerror(err) ? 3 : 0);
-    }
-    int status = 0;
-    waitpid(pid, &status, 0);
-    return WIFEXITED(status) ? WEXITSTATUS(status) : 200;
+        if (limit && setrlimit(RLIMIT_FSIZE, &lim) != 0)
+            return 100;
+        if (!limit && geteuid() == 0 && (setgid(65534) != 0 || setuid(65534) != 0))
+            return 100;
+        const Result r = op();
+        if (r.rc == 0)
+            return 1;
+        if (r.region != path)
+            return 2;
+        return r.message != std::strerror(err) ? 3 : 0;
+    });
+    return child.exited ? child.status : 200;
 }
 
 const std::string kOld = "[old]\nkey=value\n";
