@@ -32,16 +32,46 @@ auto guarded(F f, decltype(f()) onFailure) noexcept -> decltype(f()) {
 using namespace vesk;
 
 int32_t inifile_store::lookupSection(std::string_view name) const {
-    return findSection(*c, rule, name, rule.hash(name));
+    // Callers often ask for one section many times in a row (its keys one
+    // by one): the last answer is checked first. Without twins, a section
+    // whose name is these very bytes is the only one the rule takes for it.
+    const int32_t last = c->lastSection;
+    if (last != kNone && c->sections[static_cast<size_t>(last)].name.view() == name)
+        return last;
+    const int32_t s = findSection(*c, rule, name, rule.hash(name));
+    if (!c->twins)
+        c->lastSection = s;
+    return s;
 }
 
 int32_t inifile_store::lookupKey(const char* sec, const char* key) {
-    int32_t s = lookupSection(sec);
-    if (s == kNone)
-        return kNone;
+    Contents& ct = *c;
+    const string_view secName(sec), keyName(key);
+    int32_t s = ct.lastSection;
+    if (s == kNone || ct.sections[static_cast<size_t>(s)].name.view() != secName) {
+        const uint32_t sh = rule.hash(secName);
+        const uint32_t kh = rule.hash(keyName);
+        if (ct.twins) {
+            s = findSection(ct, rule, secName, sh);
+        } else {
+            // The slot tells where the section's keys are: their records
+            // are read while the section's name is still being compared.
+            const SectionSlot* slot =
+                ct.sectionSlots.findSlot(ct.sectionTable, sh, [&](uint32_t i) {
+                    return rule.same(ct.sections[i].name.view(), secName);
+                });
+            if (!slot)
+                return kNone;
+            s = static_cast<int32_t>(slot->index1 - 1);
+            ct.lastSection = s;
+            if (slot->keyCount != kNone)
+                return scanKeys(ct, rule, slot->firstKey, slot->keyCount, keyName, kh);
+        }
+        if (s == kNone)
+            return kNone;
+    }
     loadKeys(*this, s);
-    string_view k(key);
-    return findKey(*c, rule, c->sections[static_cast<size_t>(s)], k, rule.hash(k));
+    return findKey(ct, rule, ct.sections[static_cast<size_t>(s)], keyName, rule.hash(keyName));
 }
 
 bool inifile_store::open(const char* path, Error& error) noexcept {
@@ -191,8 +221,11 @@ const char* inifile_store::sectionAt(int index) noexcept {
         return nullptr;
     return guarded(
         [&] {
-            return c->terminated(
-                c->sections[static_cast<size_t>(c->order[static_cast<size_t>(index)])].name);
+            const int32_t s = c->order[static_cast<size_t>(index)];
+            // Its keys are what a caller asks for next.
+            if (!c->twins)
+                c->lastSection = s;
+            return c->terminated(c->sections[static_cast<size_t>(s)].name);
         },
         static_cast<const char*>(nullptr));
 }

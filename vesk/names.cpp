@@ -81,11 +81,8 @@ uint32_t hashing::bytes(const char* p, size_t n) {
     uint64_t h = start(n);
     for (; n >= 8; p += 8, n -= 8)
         h = step(h, load64(p));
-    if (n) {
-        uint64_t w = 0;
-        std::memcpy(&w, p, n);
-        h = step(h, w);
-    }
+    if (n)
+        h = step(h, tailWord(p, n));
     return finish(h);
 }
 

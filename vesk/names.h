@@ -47,6 +47,24 @@ inline uint64_t asciiLower8(uint64_t w) {
 inline char asciiLower(char c) {
     return (c >= 'A' && c <= 'Z') ? static_cast<char>(c + 32) : c;
 }
+// The k bytes at p (1 <= k <= 7) as one word, zero-extended (on a
+// little-endian machine what a memcpy into a zeroed word gives), without
+// the call that a copy of variable length costs.
+inline uint64_t tailWord(const char* p, size_t k) {
+    if (k >= 4) {
+        uint32_t lo, hi;
+        std::memcpy(&lo, p, 4);
+        std::memcpy(&hi, p + k - 4, 4);
+        return lo | (static_cast<uint64_t>(hi) << (8 * (k - 4)));
+    }
+    const auto* u = reinterpret_cast<const unsigned char*>(p);
+    uint64_t w = u[0];
+    if (k >= 2)
+        w |= static_cast<uint64_t>(u[k - 1]) << (8 * (k - 1));
+    if (k == 3)
+        w |= static_cast<uint64_t>(u[1]) << 8;
+    return w;
+}
 uint32_t bytes(const char* p, size_t n);
 
 } // namespace hashing
@@ -75,8 +93,7 @@ public:
             h = step(h, asciiLower8(w));
         }
         if (i < n) {
-            uint64_t w = 0;
-            std::memcpy(&w, p + i, n - i);
+            uint64_t w = tailWord(p + i, n - i);
             if (w & kHigh)
                 return foldedHash(name);
             h = step(h, asciiLower8(w));

@@ -4,6 +4,9 @@
 
 #include <algorithm>
 #include <cstring>
+#ifdef __SSE2__
+#include <emmintrin.h>
+#endif
 
 namespace vesk {
 
@@ -33,8 +36,10 @@ void forEachLine(const char* p, const char* end, Fn fn) {
     }
 }
 
+size_t countNewlines(const char* p, const char* end);
+
 size_t lineCount(const char* p, size_t len) {
-    return static_cast<size_t>(std::count(p, p + len, '\n')) + 1;
+    return countNewlines(p, p + len) + 1;
 }
 
 // The body record of a block (the record after its header), or kNone.
@@ -66,9 +71,74 @@ KeyText readKeyLine(Contents& c, string_view line, bool withValue) {
 
 } // namespace
 
+namespace {
+
+// The number of '\n' bytes in [p, end), sixteen at a time where SSE2 is
+// there.
+size_t countNewlines(const char* p, const char* end) {
+    size_t n = 0;
+#ifdef __SSE2__
+    const __m128i nl = _mm_set1_epi8('\n');
+    while (end - p >= 16) {
+        // Up to 255 blocks add their matches bytewise before they are summed.
+        size_t blocks = std::min<size_t>(static_cast<size_t>(end - p) / 16, 255);
+        __m128i acc = _mm_setzero_si128();
+        for (size_t i = 0; i < blocks; ++i, p += 16)
+            acc = _mm_sub_epi8(
+                acc, _mm_cmpeq_epi8(_mm_loadu_si128(reinterpret_cast<const __m128i*>(p)), nl));
+        __m128i sums = _mm_sad_epu8(acc, _mm_setzero_si128());
+        n += static_cast<size_t>(_mm_cvtsi128_si32(sums)) +
+             static_cast<size_t>(_mm_cvtsi128_si32(_mm_srli_si128(sums, 8)));
+    }
+#endif
+    for (; p < end; ++p)
+        n += *p == '\n';
+    return n;
+}
+
+// Whether the preamble [p, end) (the lines before the first header) holds a
+// key line: one whose first non-blank byte starts neither a comment nor a
+// line end.
+bool preambleHasKeys(const char* p, const char* end) {
+    while (p < end) {
+        const char* q = p;
+        while (q < end && isBlank(*q))
+            ++q;
+        const char* nl = findNewline(q, end);
+        const char* next = nl < end ? nl + 1 : end;
+        if (q < next && *q != ';' && *q != '#' && *q != '\n' &&
+            !(*q == '\r' && q + 1 < next && q[1] == '\n'))
+            return true;
+        p = next;
+    }
+    return false;
+}
+
+// The next header line at or after p, which starts a line: the start of the
+// line whose first non-blank byte is '[', or end. Headers are few and far
+// apart, so this looks for '[' bytes (memchr is the fastest search there is)
+// and checks that only blanks stand between each and its line's start.
+const char* findHeader(const char* base, const char* p, const char* end) {
+    while (p < end) {
+        const void* hit = std::memchr(p, '[', static_cast<size_t>(end - p));
+        if (!hit)
+            return end;
+        const char* q = static_cast<const char*>(hit);
+        const char* r = q;
+        while (r > base && isBlank(r[-1]))
+            --r;
+        if (r == base || r[-1] == '\n')
+            return r;
+        p = q + 1;
+    }
+    return end;
+}
+
+} // namespace
+
 bool scanFile(Contents& c, const NameRule& rule, ParseError& err) {
-    const char* base = c.file.get();
-    const char* end = base + c.fileLen;
+    const char* const base = c.file.get();
+    const char* const end = base + c.fileLen;
     const char* p = base;
     if (c.fileLen >= 3 && std::memcmp(p, "\xEF\xBB\xBF", 3) == 0) {
         c.bom = true;
@@ -76,122 +146,155 @@ bool scanFile(Contents& c, const NameRule& rule, ParseError& err) {
     }
     if (const void* nul = std::memchr(base, 0, c.fileLen)) {
         const char* q = static_cast<const char*>(nul);
-        err.line = 1 + static_cast<size_t>(std::count(base, q, '\n'));
+        err.line = 1 + countNewlines(base, q);
         err.message = "the file contains a NUL byte";
         return false;
     }
-    // Room for every record the file can give, so that nothing moves while
-    // its sections are parsed; the big blocks are mapped, and pages never
-    // touched cost nothing.
-    size_t newlines = static_cast<size_t>(std::count(p, end, '\n'));
-    size_t brackets = static_cast<size_t>(std::count(p, end, '['));
-    c.lines.reserveMore(newlines + brackets + 4);
-    c.keys.reserve(newlines + 1);
-    c.sections.reserve(brackets + 2);
-    c.order.reserve(brackets + 2);
-    c.keySlots.reserveSlots((brackets + 2) * 16 + newlines * 2);
-    c.sectionSlots.reserveFor(c.sectionTable, brackets + 2);
-    c.lines[0].p = p;
+    const char* const data = p;
+    if (const void* nl = std::memchr(data, '\n', static_cast<size_t>(end - data))) {
+        const char* q = static_cast<const char*>(nl);
+        c.lines.crlf = q > data && q[-1] == '\r';
+    }
+    // Room for a key record per line, so that parsing the sections later
+    // doesn't move them; the block is mapped, and pages never touched cost
+    // nothing.
+    c.keys.reserve(countNewlines(data, end) + 1);
+    c.lines[0].p = data;
     int32_t at = 0; // the record after which the next goes
     auto push = [&](const char* q, size_t len, uint8_t eol, uint8_t kind) {
+        c.lines.reserveMore(1);
         int32_t li = c.lines.add(q, len, eol, kind);
         c.lines.linkAfter(at, li);
         at = li;
         return li;
     };
-    bool eolKnown = false;
-    bool preamble = true, preambleKeys = false;
-    const char* bodyBeg = nullptr;
-    const char* bodyEnd = nullptr;
-    auto endBody = [&] {
-        if (bodyBeg)
-            push(bodyBeg, static_cast<size_t>(bodyEnd - bodyBeg), 0, kBody);
-        bodyBeg = nullptr;
-        if (preamble && preambleKeys) { // keys before the first header: section ""
-            string_view empty(p, 0);
-            reserveSection(c);
-            addSectionRecord(c, Text(), rule.hash(empty), 0, false);
-        }
-        preamble = false;
+    // The lines between two headers (or before the first) as one body record.
+    auto body = [&](const char* from, const char* to) {
+        if (from < to)
+            push(from, static_cast<size_t>(to - from), 0, kBody);
     };
-    while (p < end) {
-        const char* q = p;
-        while (q < end && isBlank(*q))
-            ++q;
-        const char* nl = findNewline(q, end);
-        const char* next = nl < end ? nl + 1 : end;
-        if (q < next && *q == '[') {
-            uint8_t eol;
-            size_t len = textLength(p, nl, end, eol);
-            endBody();
-            string_view name;
-            String decoded;
-            bool quoted;
-            if (!headerName(string_view(p, len), name, decoded, quoted)) {
-                err.line = 1 + static_cast<size_t>(std::count(base, p, '\n'));
-                err.message = "section header without a closing ']'";
-                return false;
-            }
-            Text text = quoted ? c.arena.copy(name) : viewOf(name);
-            uint32_t h = rule.hash(name);
-            int32_t s = findSection(c, rule, name, h);
-            int32_t li = push(p, len, eol, kHeader);
-            if (s == kNone) {
-                reserveSection(c);
-                addSectionRecord(c, text, h, li, false);
-            } else { // a later block of a section
-                Section& sec = c.sections[static_cast<size_t>(s)];
-                if (sec.laterBlocks == kNone) {
-                    c.laterBlocks.emplace_back();
-                    sec.laterBlocks = static_cast<int32_t>(c.laterBlocks.size() - 1);
-                }
-                c.laterBlocks[static_cast<size_t>(sec.laterBlocks)].push_back(li);
-                sec.tail = li;
-            }
-        } else {
-            if (preamble && q < next && *q != ';' && *q != '#' && *q != '\n' &&
-                !(*q == '\r' && q + 1 < next && q[1] == '\n'))
-                preambleKeys = true;
-            if (!bodyBeg)
-                bodyBeg = p;
-            bodyEnd = next;
-        }
-        if (!eolKnown && nl < end) {
-            c.lines.crlf = nl > p && nl[-1] == '\r';
-            eolKnown = true;
-        }
-        p = next;
+    const char* h = findHeader(data, data, end);
+    body(data, h);
+    if (preambleHasKeys(data, h)) { // keys before the first header: section ""
+        reserveSection(c);
+        addSectionRecord(c, Text(), rule.hash(string_view(data, 0)), 0, false);
     }
-    endBody();
+    while (h < end) {
+        const char* nl = findNewline(h, end);
+        uint8_t eol;
+        size_t len = textLength(h, nl, end, eol);
+        string_view name;
+        String decoded;
+        bool quoted;
+        if (!headerName(string_view(h, len), name, decoded, quoted)) {
+            err.line = 1 + countNewlines(base, h);
+            err.message = "section header without a closing ']'";
+            return false;
+        }
+        Text text = quoted ? c.arena.copy(name) : viewOf(name);
+        uint32_t hash = rule.hash(name);
+        int32_t s = findSection(c, rule, name, hash);
+        reserveSection(c);
+        int32_t li = push(h, len, eol, kHeader);
+        if (s == kNone) {
+            addSectionRecord(c, text, hash, li, false);
+        } else { // a later block of a section
+            Section& sec = c.sections[static_cast<size_t>(s)];
+            if (sec.laterBlocks == kNone) {
+                c.laterBlocks.emplace_back();
+                sec.laterBlocks = static_cast<int32_t>(c.laterBlocks.size() - 1);
+            }
+            c.laterBlocks[static_cast<size_t>(sec.laterBlocks)].push_back(li);
+            sec.tail = li;
+        }
+        const char* next = nl < end ? nl + 1 : end;
+        h = findHeader(data, next, end);
+        body(next, h);
+    }
     return true;
 }
+
+namespace {
+
+// The name and value of a key line in the common form, unquoted name and
+// value: views of the line. False for a line that needs readKeyLine.
+inline bool plainKeyLine(const char* q, const char* e, Text& name, Text& value) {
+    if (*q == '"')
+        return false;
+    const char* eq = q;
+    while (eq < e && *eq != '=')
+        ++eq;
+    const char* ke = eq;
+    while (ke > q && isBlank(ke[-1]))
+        --ke;
+    name = viewOf(string_view(q, static_cast<size_t>(ke - q)));
+    if (eq == e) {
+        value = Text();
+        return true;
+    }
+    const char* vb = eq + 1;
+    const char* ve = e;
+    while (vb < ve && isBlank(*vb))
+        ++vb;
+    while (ve > vb && isBlank(ve[-1]))
+        --ve;
+    if (ve - vb >= 2 && *vb == '"' && ve[-1] == '"')
+        return false; // a quoted value
+    value = vb < ve ? viewOf(string_view(vb, static_cast<size_t>(ve - vb))) : Text();
+    return true;
+}
+
+} // namespace
 
 void parseKeys(Store& st, int32_t s) {
     Contents& c = *st.c;
     // The keys go to the end of the records, in order: the section's range.
     const size_t before = c.keys.size();
     Section& sec = c.sections[static_cast<size_t>(s)];
-    auto parseLine = [&](const char* p, size_t len, uint8_t) {
-        string_view line(p, len);
-        if (isTriviaLine(line))
-            return;
-        KeyText t = readKeyLine(c, line, true);
-        uint32_t h = st.rule.hash(t.name.view());
-        int32_t k = findKey(c, st.rule, sec, t.name.view(), h);
-        if (k != kNone) {
-            c.keys[static_cast<size_t>(k)].repeated = true;
-            return;
+    auto parseBody = [&](const char* p, const char* end) {
+        while (p < end) {
+            const char* nl = findNewline(p, end);
+            uint8_t eol;
+            const char* e = p + textLength(p, nl, end, eol);
+            const char* q = p;
+            p = nl < end ? nl + 1 : end;
+            while (q < e && isBlank(*q))
+                ++q;
+            if (q == e || *q == ';' || *q == '#')
+                continue; // blank or a comment
+            Text name, value;
+            if (!plainKeyLine(q, e, name, value)) {
+                KeyText t = readKeyLine(c, string_view(q, static_cast<size_t>(e - q)), true);
+                name = t.name;
+                value = t.value;
+            }
+            uint32_t h = st.rule.hash(name.view());
+            int32_t k = findKey(c, st.rule, sec, name.view(), h);
+            if (k != kNone) {
+                c.keys[static_cast<size_t>(k)].repeated = true;
+                continue;
+            }
+            if (sec.keyTable.capacity)
+                c.keySlots.reserve(sec.keyTable);
+            // Names are handed out terminated (by index, in every listing of
+            // a section's keys): the copy is cheapest now, with the line at
+            // hand and the arena filled in order.
+            if (name.kind == kView)
+                name = c.arena.copy(name.view());
+            c.keys.push_back(Key{name, value, h, s, kNone, false, false});
+            const int32_t added = static_cast<int32_t>(c.keys.size() - 1);
+            if (sec.rangeCount++ == 0)
+                sec.firstKey = added;
+            if (sec.keyTable.capacity)
+                c.keySlots.place(sec.keyTable, static_cast<uint32_t>(added), h);
+            else
+                ensureKeyTable(c, sec, static_cast<size_t>(sec.rangeCount));
         }
-        c.keySlots.reserve(sec.keyTable);
-        c.keys.push_back(Key{t.name, t.value, h, s, kNone, false, false});
-        if (sec.rangeCount++ == 0)
-            sec.firstKey = static_cast<int32_t>(c.keys.size() - 1);
-        c.keySlots.place(sec.keyTable, static_cast<uint32_t>(c.keys.size() - 1), h);
     };
     try {
         c.forEachBlock(sec, [&](int32_t b) {
             if (int32_t r = bodyOf(c, b); r != kNone)
-                forEachLine(c.lines[r].p, c.lines[r].p + c.lines[r].len, parseLine);
+                parseBody(c.lines[r].p, c.lines[r].p + c.lines[r].len);
         });
     } catch (...) {
         c.keys.resize(before);
@@ -200,6 +303,7 @@ void parseKeys(Store& st, int32_t s) {
         throw;
     }
     sec.keysKnown = true;
+    syncSectionSlot(c, s);
 }
 
 void expandLines(Store& st, int32_t s) {

@@ -30,12 +30,6 @@ Vector<int32_t> Contents::blocksOf(const Section& sec) const {
     return b;
 }
 
-const char* Contents::terminated(Text& t) {
-    if (t.kind == kView)
-        t = arena.copy(t.view());
-    return t.p;
-}
-
 namespace {
 
 // Room for n more elements, growing geometrically (a plain reserve of
@@ -132,6 +126,33 @@ void releasePlan(Planned* plan, size_t n) noexcept {
 
 } // namespace
 
+void syncSectionSlot(Contents& c, int32_t s) noexcept {
+    const Section& sec = c.sections[static_cast<size_t>(s)];
+    SectionSlot* slot = c.sectionSlots.slotOf(c.sectionTable, static_cast<uint32_t>(s), sec.hash);
+    if (!slot)
+        return;
+    const bool scan = sec.keysKnown && sec.keyList == kNone && !sec.keyTable.capacity;
+    slot->firstKey = scan ? sec.firstKey : 0;
+    slot->keyCount = scan ? sec.rangeCount : kNone;
+}
+
+void ensureKeyTable(Contents& c, Section& sec, size_t room) {
+    if (sec.keyTable.capacity) {
+        c.keySlots.reserveFor(sec.keyTable, room);
+        return;
+    }
+    if (!needsKeyTable(static_cast<int32_t>(std::min<size_t>(room, kMaxText))))
+        return;
+    SlotSlice table;
+    c.keySlots.reserveFor(table, room);
+    // Nothing can fail from here on.
+    for (int32_t i = 0; i < c.keyCount(sec); ++i) {
+        const int32_t k = c.keyAt(sec, i);
+        c.keySlots.place(table, static_cast<uint32_t>(k), c.keys[static_cast<size_t>(k)].hash);
+    }
+    sec.keyTable = table;
+}
+
 void reserveSection(Contents& c) {
     reserveMore(c.sections, 1);
     reserveMore(c.order, 1);
@@ -153,6 +174,7 @@ int32_t addSectionRecord(Contents& c, Text name, uint32_t h, int32_t header,
     int32_t idx = static_cast<int32_t>(c.sections.size() - 1);
     c.order.push_back(idx);
     c.sectionSlots.place(c.sectionTable, static_cast<uint32_t>(idx), h);
+    syncSectionSlot(c, idx);
     return idx;
 }
 
@@ -216,10 +238,11 @@ int32_t writeKeys(Store& st, string_view secName, const string_view* names,
             headerText = makeOwned(headerLine(secName));
             nameText = makeOwned(secName);
             reserveSection(c);
-            c.keySlots.reserveFor(newTable, newKeys);
+            if (needsKeyTable(static_cast<int32_t>(newKeys)))
+                c.keySlots.reserveFor(newTable, newKeys);
         } else {
             Section& sec = c.sections[static_cast<size_t>(s)];
-            c.keySlots.reserveFor(sec.keyTable, sec.keyTable.used + newKeys);
+            ensureKeyTable(c, sec, static_cast<size_t>(c.keyCount(sec)) + newKeys);
             reserveKeyOrder(c, sec, newKeys);
         }
     } catch (...) {
@@ -253,8 +276,10 @@ int32_t writeKeys(Store& st, string_view secName, const string_view* names,
         int32_t k = static_cast<int32_t>(c.keys.size());
         c.keys.push_back(Key{p.nameText, p.valueText, p.hash, s, li, false, false});
         appendKeyToOrder(c, sec, k);
-        c.keySlots.place(sec.keyTable, static_cast<uint32_t>(k), p.hash);
+        if (sec.keyTable.capacity)
+            c.keySlots.place(sec.keyTable, static_cast<uint32_t>(k), p.hash);
     }
+    syncSectionSlot(c, s);
     compactKeyTables(c);
     return s;
 }
@@ -287,6 +312,7 @@ void removeKeyRecord(Store& st, int32_t k) {
     release(key.name);
     release(key.value);
     key.dead = true;
+    syncSectionSlot(c, s);
 }
 
 void removeSectionRecord(Contents& c, int32_t s) {
@@ -322,6 +348,7 @@ void removeSectionRecord(Contents& c, int32_t s) {
     sec.dead = true;
     release(sec.name);
     c.order.erase(std::find(c.order.begin(), c.order.end(), s));
+    c.lastSection = kNone;
 }
 
 } // namespace vesk

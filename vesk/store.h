@@ -47,7 +47,7 @@ struct Section {
     int32_t laterBlocks; // index into laterBlocks (header lines of later blocks), or kNone
     int32_t header;      // header line of the first block
     int32_t tail;        // line after which a new key goes
-    SlotSlice keyTable;
+    SlotSlice keyTable;  // none (capacity 0) until it has more than kScanMax keys
     bool dead;
     bool keysKnown;      // its keys are records (parsed from the bodies, or new)
     bool hasLineRecords; // its lines are records (the bodies are gone)
@@ -68,7 +68,7 @@ struct Contents {
     Vector<Key> keys;
     Vector<Section> sections;
     Vector<int32_t> order; // live sections in file order
-    SlotArray sectionSlots{2};
+    SectionSlotArray sectionSlots{2};
     SlotSlice sectionTable;
     SlotArray keySlots{3};
     Vector<Vector<int32_t>> keyLists;
@@ -78,6 +78,10 @@ struct Contents {
     // Whether two live records may have names that the rule takes for one
     // (after a change of the rule): lookups then find the first in order.
     bool twins = false;
+    // The section that the last lookup by name found (kNone: none). Kept
+    // only while there are no twins; every change that can make it wrong
+    // (a section removed or renamed, a new rule, new contents) resets it.
+    mutable int32_t lastSection = kNone;
 
     int32_t keyCount(const Section& sec) const {
         return sec.keyList == kNone ? sec.rangeCount
@@ -98,7 +102,11 @@ struct Contents {
                 fn(b);
     }
     // A terminated form of a text (a view is copied into the arena).
-    const char* terminated(Text& t);
+    const char* terminated(Text& t) {
+        if (t.kind == kView)
+            t = arena.copy(t.view());
+        return t.p;
+    }
 };
 
 } // namespace vesk
@@ -148,8 +156,8 @@ using Store = inifile_store;
 
 // The record in the slice with a hash h that same(index) accepts; kNone when
 // absent. With twins, the first in order (the lowest index).
-template <class Same>
-int32_t findRecord(const Contents& c, const SlotArray& slots, const SlotSlice& t, uint32_t h,
+template <class Slots, class Same>
+int32_t findRecord(const Contents& c, const Slots& slots, const SlotSlice& t, uint32_t h,
                    Same same) {
     if (!c.twins)
         return slots.find(t, h, same);
@@ -167,11 +175,55 @@ inline int32_t findSection(const Contents& c, const NameRule& rule, string_view 
                       [&](uint32_t i) { return rule.same(c.sections[i].name.view(), name); });
 }
 
+// Sections with at most this many keys have no key table: a lookup scans
+// their keys, which sit together in the key records after parsing.
+constexpr int32_t kScanMax = 16;
+
+// Whether the section's keys need a table (more than a scan should look at).
+inline bool needsKeyTable(int32_t keyCount) {
+    return keyCount > kScanMax;
+}
+
 inline int32_t findKey(const Contents& c, const NameRule& rule, const Section& sec,
                        string_view name, uint32_t h) {
-    return findRecord(c, c.keySlots, sec.keyTable, h,
-                      [&](uint32_t i) { return rule.same(c.keys[i].name.view(), name); });
+    if (sec.keyTable.capacity)
+        return findRecord(c, c.keySlots, sec.keyTable, h,
+                          [&](uint32_t i) { return rule.same(c.keys[i].name.view(), name); });
+    int32_t found = kNone;
+    const int32_t n = c.keyCount(sec);
+    for (int32_t i = 0; i < n; ++i) {
+        const int32_t k = c.keyAt(sec, i);
+        const Key& key = c.keys[static_cast<size_t>(k)];
+        if (key.hash != h || !rule.same(key.name.view(), name))
+            continue;
+        if (!c.twins)
+            return k;
+        if (found == kNone || k < found) // twins: the first in order
+            found = k;
+    }
+    return found;
 }
+
+// The key of the given name among the records [first, first + count), all
+// of one section, when there are no twins.
+inline int32_t scanKeys(const Contents& c, const NameRule& rule, int32_t first, int32_t count,
+                        string_view name, uint32_t h) {
+    for (int32_t k = first, end = first + count; k < end; ++k) {
+        const Key& key = c.keys[static_cast<size_t>(k)];
+        if (key.hash == h && rule.same(key.name.view(), name))
+            return k;
+    }
+    return kNone;
+}
+
+// Brings the section's slot up to date with where its keys are: after its
+// keys were parsed, added or removed, its table made or its slot placed.
+void syncSectionSlot(Contents& c, int32_t s) noexcept;
+
+// Gives the section a key table with room for `room` keys and places its
+// keys there, if it needs one for that many and has none. Throws and then
+// changes nothing.
+void ensureKeyTable(Contents& c, Section& sec, size_t room);
 
 // Room for one more section record (records, order, table).
 void reserveSection(Contents& c);

@@ -34,6 +34,8 @@ void renameSectionRecord(Store& st, int32_t s, string_view newName, uint32_t h) 
     sec.name = name;
     sec.hash = h;
     c.sectionSlots.place(c.sectionTable, static_cast<uint32_t>(s), h);
+    syncSectionSlot(c, s);
+    c.lastSection = kNone;
     for (size_t i = 0; i < blocks.size(); ++i) {
         c.lines.setText(blocks[i], texts[i]);
         if (!c.lines[blocks[i]].eol)
@@ -46,15 +48,18 @@ void renameSectionRecord(Store& st, int32_t s, string_view newName, uint32_t h) 
 void rehashAll(Contents& c, const NameRule& rule) {
     Vector<uint32_t> sectionHashes(c.sections.size(), 0);
     Vector<uint32_t> keyHashes(c.keys.size(), 0);
-    SlotArray sectionSlots(2), keySlots(3);
+    SectionSlotArray sectionSlots(2);
+    SlotArray keySlots(3);
     SlotSlice sectionTable;
     Vector<SlotSlice> keyTables(c.sections.size());
     bool twins = c.twins;
     sectionSlots.reserveFor(sectionTable, c.order.size());
     size_t slots = 0;
-    for (int32_t s : c.order)
-        slots += keySlots.capacityFor(
-            static_cast<size_t>(c.keyCount(c.sections[static_cast<size_t>(s)])));
+    for (int32_t s : c.order) {
+        const Section& sec = c.sections[static_cast<size_t>(s)];
+        if (needsKeyTable(c.keyCount(sec)) || sec.keyTable.capacity)
+            slots += keySlots.capacityFor(static_cast<size_t>(c.keyCount(sec)));
+    }
     keySlots.reserveSlots(slots);
     for (int32_t s : c.order) {
         const Section& sec = c.sections[static_cast<size_t>(s)];
@@ -66,17 +71,29 @@ void rehashAll(Contents& c, const NameRule& rule) {
         sectionSlots.reserve(sectionTable);
         sectionSlots.place(sectionTable, static_cast<uint32_t>(s), h);
         SlotSlice& table = keyTables[static_cast<size_t>(s)];
-        keySlots.reserveFor(table, static_cast<size_t>(c.keyCount(sec)));
-        for (int32_t i = 0; i < c.keyCount(sec); ++i) {
+        const int32_t n = c.keyCount(sec);
+        const bool useTable = needsKeyTable(n) || sec.keyTable.capacity;
+        if (useTable)
+            keySlots.reserveFor(table, static_cast<size_t>(n));
+        for (int32_t i = 0; i < n; ++i) {
             int32_t k = c.keyAt(sec, i);
             const Key& key = c.keys[static_cast<size_t>(k)];
             uint32_t kh = rule.hash(key.name.view());
             keyHashes[static_cast<size_t>(k)] = kh;
-            twins = twins || keySlots.find(table, kh, [&](uint32_t j) {
+            auto same = [&](uint32_t j) {
                 return rule.same(c.keys[j].name.view(), key.name.view());
-            }) != kNone;
-            keySlots.reserve(table);
-            keySlots.place(table, static_cast<uint32_t>(k), kh);
+            };
+            if (useTable) {
+                twins = twins || keySlots.find(table, kh, same) != kNone;
+                keySlots.reserve(table);
+                keySlots.place(table, static_cast<uint32_t>(k), kh);
+                continue;
+            }
+            for (int32_t j = 0; j < i && !twins; ++j) {
+                int32_t other = c.keyAt(sec, j);
+                twins = keyHashes[static_cast<size_t>(other)] == kh &&
+                        same(static_cast<uint32_t>(other));
+            }
         }
     }
     // Nothing can fail from here on.
@@ -93,6 +110,9 @@ void rehashAll(Contents& c, const NameRule& rule) {
     c.sectionTable = sectionTable;
     std::swap(c.keySlots, keySlots);
     c.twins = twins;
+    c.lastSection = kNone;
+    for (int32_t s : c.order)
+        syncSectionSlot(c, s);
 }
 
 void emptyContents(Contents& c) noexcept {
@@ -119,6 +139,7 @@ void emptyContents(Contents& c) noexcept {
     c.bom = false;
     c.anyOwned = false;
     c.twins = false;
+    c.lastSection = kNone;
 }
 
 } // namespace vesk

@@ -18,8 +18,19 @@
 namespace vesk {
 
 struct Slot {
-    uint32_t index1; // record index + 1; 0 is an empty slot
-    uint32_t hash;
+    uint32_t index1 = 0; // record index + 1; 0 is an empty slot
+    uint32_t hash = 0;
+};
+
+// A slot of the sections' table. It also tells where the section's keys
+// are while a scan of a range of key records finds them (keyCount >= 0;
+// -1: ask the section record), so that a lookup goes from the slot straight
+// to the keys. The section's record keeps it up to date (syncSectionSlot).
+struct SectionSlot {
+    uint32_t index1 = 0;
+    uint32_t hash = 0;
+    int32_t firstKey = 0;
+    int32_t keyCount = -1;
 };
 
 // One table: a slice [base, base + capacity) of a SlotArray.
@@ -27,10 +38,11 @@ struct SlotSlice {
     uint32_t base = 0, capacity = 0, used = 0;
 };
 
-class SlotArray {
+template <class S>
+class SlotArrayOf {
 public:
     // maxLoadQuarters: how full a slice may get, in quarters (2: half full).
-    explicit SlotArray(uint32_t maxLoadQuarters) : m_maxLoad(maxLoadQuarters) {}
+    explicit SlotArrayOf(uint32_t maxLoadQuarters) : m_maxLoad(maxLoadQuarters) {}
 
     // Calls match(index) for each record in the slice whose hash is h, in
     // probe order, until it returns true; gives that index, or -1.
@@ -38,7 +50,7 @@ public:
     int32_t find(const SlotSlice& t, uint32_t h, Match match) const {
         if (!t.capacity)
             return -1;
-        const Slot* s = m_slots.data() + t.base;
+        const S* s = m_slots.data() + t.base;
         uint32_t mask = t.capacity - 1;
         for (uint32_t i = h & mask;; i = (i + 1) & mask) {
             if (!s[i].index1)
@@ -46,6 +58,25 @@ public:
             if (s[i].hash == h && match(s[i].index1 - 1))
                 return static_cast<int32_t>(s[i].index1 - 1);
         }
+    }
+    // The slot of the record in the slice whose hash is h that match(index)
+    // accepts, or null.
+    template <class Match>
+    const S* findSlot(const SlotSlice& t, uint32_t h, Match match) const {
+        if (!t.capacity)
+            return nullptr;
+        const S* s = m_slots.data() + t.base;
+        uint32_t mask = t.capacity - 1;
+        for (uint32_t i = h & mask;; i = (i + 1) & mask) {
+            if (!s[i].index1)
+                return nullptr;
+            if (s[i].hash == h && match(s[i].index1 - 1))
+                return &s[i];
+        }
+    }
+    // The slot of record `index` (whose hash is h), or null.
+    S* slotOf(const SlotSlice& t, uint32_t index, uint32_t h) {
+        return const_cast<S*>(findSlot(t, h, [&](uint32_t i) { return i == index; }));
     }
     // Room for one more record in the slice; throws std::bad_alloc and then
     // changes nothing.
@@ -77,16 +108,22 @@ public:
 private:
     void resize(SlotSlice& t, uint32_t capacity);
 
-    Vector<Slot> m_slots;
+    Vector<S> m_slots;
     size_t m_waste = 0;
     uint32_t m_maxLoad;
 };
 
+using SlotArray = SlotArrayOf<Slot>;
+using SectionSlotArray = SlotArrayOf<SectionSlot>;
+extern template class SlotArrayOf<Slot>;
+extern template class SlotArrayOf<SectionSlot>;
+
+template <class S>
 template <class EachSlice>
-void SlotArray::compact(EachSlice eachSlice) {
+void SlotArrayOf<S>::compact(EachSlice eachSlice) {
     size_t total = 0;
     eachSlice([&](SlotSlice& t) { total += t.capacity; });
-    Vector<Slot> fresh;
+    Vector<S> fresh;
     fresh.reserve(total);
     eachSlice([&](SlotSlice& t) {
         fresh.insert(fresh.end(), m_slots.begin() + t.base, m_slots.begin() + t.base + t.capacity);

@@ -47,8 +47,4 @@ void Arena::newChunk(size_t atLeast) {
     m_left = size;
 }
 
-Text Arena::copy(string_view s) {
-    return copyTo(alloc(s.size() + 1), s, kTerminated);
-}
-
 } // namespace vesk

@@ -6,6 +6,7 @@
 #include "memory.h"
 
 #include <cstdint>
+#include <cstring>
 #include <string_view>
 
 namespace vesk {
@@ -80,7 +81,17 @@ public:
         return r;
     }
     // A terminated copy of s in the arena (kind kTerminated).
-    Text copy(string_view s);
+    Text copy(string_view s) {
+        char* m = alloc(s.size() + 1);
+        if (!s.empty())
+            std::memcpy(m, s.data(), s.size());
+        m[s.size()] = '\0';
+        Text t;
+        t.p = m;
+        t.len = static_cast<uint32_t>(s.size());
+        t.kind = kTerminated;
+        return t;
+    }
 
 private:
     struct Chunk {

@@ -28,18 +28,19 @@ void MakeWaste(inifile h) {
 
 } // namespace
 
-// The 13th key of a section grows its table while the waste asks for a
-// compaction: the key must hold one slot, so that it is gone after removal
-// (a key named "" would otherwise still be found through a stale slot).
+// A section's keys are scanned up to 16 keys; the 17th makes its table of
+// 32 slots, which the 25th grows. The 25th key, written while the waste asks
+// for a compaction, must hold one slot, so that it is gone after removal (a
+// key named "" would otherwise still be found through a stale slot).
 TEST(Store, NewKeyThatGrowsItsTableIsPlacedOnce) {
     Store h;
-    for (int i = 0; i < 12; ++i)
+    for (int i = 0; i < 24; ++i)
         inifile_write_string(h, "X", Numbered("k", i).c_str(), "v");
     MakeWaste(h);
-    ASSERT_EQ(inifile_write_string(h, "X", "", "thirteenth"), 1);
+    ASSERT_EQ(inifile_write_string(h, "X", "", "twenty-fifth"), 1);
     EXPECT_EQ(inifile_remove_key(h, "X", ""), 1);
     EXPECT_EQ(inifile_has_key(h, "X", ""), 0);
-    EXPECT_EQ(inifile_get_key_count(h, "X"), 12);
+    EXPECT_EQ(inifile_get_key_count(h, "X"), 24);
     EXPECT_EQ(inifile_write_string(h, "X", "", "again"), 1);
     EXPECT_EQ(Get(h, "X", ""), "again");
 }
@@ -52,22 +53,84 @@ TEST(Store, ParsedKeyThatGrowsItsTableIsPlacedOnce) {
     for (int s = 0; s < 100; ++s)
         text += "[" + Numbered("S", s) + "]\na=b\n";
     text += "[X]\n";
-    for (int i = 0; i < 12; ++i)
+    for (int i = 0; i < 24; ++i)
         text += Numbered("k", i) + "=v\n";
-    text += "=thirteenth\n";
+    text += "=twenty-fifth\n";
     Store h;
     ASSERT_TRUE(LoadText(h, dir, text));
     for (int s = 0; s < 100; ++s)
         ASSERT_EQ(inifile_has_key(h, Numbered("S", s).c_str(), "a"), 1);
     for (int s = 0; s < 100; ++s)
         ASSERT_EQ(inifile_remove_section(h, Numbered("S", s).c_str()), 1);
-    EXPECT_EQ(inifile_get_key_count(h, "X"), 13);
+    EXPECT_EQ(inifile_get_key_count(h, "X"), 25);
     EXPECT_EQ(inifile_remove_key(h, "X", ""), 1);
     EXPECT_EQ(inifile_has_key(h, "X", ""), 0);
     std::string expected = "[X]\n";
-    for (int i = 0; i < 12; ++i)
+    for (int i = 0; i < 24; ++i)
         expected += Numbered("k", i) + "=v\n";
     EXPECT_EQ(SavedText(h, dir), expected);
+}
+
+namespace {
+
+// Every key k0..k(n-1) of the section reads as its number, and nothing else
+// is there: each looked up both right after a lookup in another section
+// (from the section's slot) and right after one in this section (the store
+// remembers the last section).
+void ExpectKeys(inifile h, const char* sec, int n, const char* what) {
+    EXPECT_EQ(inifile_get_key_count(h, sec), n) << what;
+    for (int i = 0; i <= n; ++i) {
+        const std::string key = Numbered("k", i);
+        for (bool sameSection : {false, true}) {
+            if (!sameSection)
+                inifile_has_section(h, "elsewhere");
+            EXPECT_EQ(inifile_read_long(h, sec, key.c_str(), -1), i < n ? i : -1)
+                << what << ", " << key << (sameSection ? " again" : "");
+        }
+    }
+    inifile_has_section(h, "elsewhere");
+    EXPECT_EQ(inifile_has_key(h, sec, "K0"), n > 0 ? 1 : 0) << what; // names ignore case
+}
+
+} // namespace
+
+// Up to 16 keys a lookup scans the section's keys; from the 17th on it uses
+// a table. Either way, through parsing, writing, removal from the middle
+// (the keys are then a list), renaming, a change of the case rule and a
+// repeated name in the file, every key is found and nothing else.
+TEST(Store, KeysAreFoundOnBothSidesOfTheScanLimit) {
+    TempDir dir;
+    for (int n : {15, 16, 17, 18}) {
+        const std::string what = std::to_string(n) + " keys";
+        std::string text = "[Before]\nx=1\n[S]\n";
+        for (int i = 0; i < n; ++i)
+            text += Numbered("k", i) + "=" + std::to_string(i) + "\n";
+        text += "k0=repeated\n" + Numbered("k", n - 1) + "=repeated too\n[After]\ny=2\n";
+        Store parsed;
+        ASSERT_TRUE(LoadText(parsed, dir, text));
+        ExpectKeys(parsed, "S", n, (what + ", parsed").c_str());
+        Store written;
+        for (int i = 0; i < n; ++i)
+            inifile_write_long(written, "S", Numbered("k", i).c_str(), i);
+        ExpectKeys(written, "S", n, (what + ", written").c_str());
+        for (inifile h : {parsed.get(), written.get()}) {
+            ASSERT_EQ(inifile_write_long(h, "S", Numbered("k", n).c_str(), n), 1);
+            ExpectKeys(h, "S", n + 1, (what + " and one more").c_str());
+            ASSERT_EQ(inifile_remove_key(h, "S", "k5"), 1);
+            EXPECT_EQ(inifile_has_key(h, "S", "k5"), 0) << what;
+            ASSERT_EQ(inifile_write_long(h, "S", "k5", 5), 1);
+            ExpectKeys(h, "S", n + 1, (what + ", k5 removed and written again").c_str());
+            ASSERT_EQ(inifile_remove_key(h, "S", "k0"), 1);
+            ASSERT_EQ(inifile_write_long(h, "S", "k0", 0), 1);
+            ASSERT_EQ(inifile_rename_section(h, "S", "T"), 1);
+            EXPECT_EQ(inifile_has_key(h, "S", "k1"), 0) << what;
+            ExpectKeys(h, "T", n + 1, (what + ", renamed").c_str());
+            inifile_set_case_sensitive(h, 1);
+            EXPECT_EQ(inifile_has_key(h, "T", "K0"), 0) << what;
+            inifile_set_case_sensitive(h, 0);
+            ExpectKeys(h, "T", n + 1, (what + ", case rule back").c_str());
+        }
+    }
 }
 
 // Sections and keys that differ in case only, made while case counted, are
