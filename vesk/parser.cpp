@@ -73,27 +73,40 @@ KeyText readKeyLine(Contents& c, string_view line, bool withValue) {
 
 namespace {
 
-// The number of '\n' bytes in [p, end), sixteen at a time where SSE2 is
-// there.
-size_t countNewlines(const char* p, const char* end) {
-    size_t n = 0;
+// The number of bytes `a` and of bytes `b` in [p, end), sixteen at a time
+// where SSE2 is there.
+struct ByteCounts {
+    size_t a = 0, b = 0;
+};
+ByteCounts countBytes(const char* p, const char* end, char a, char b) {
+    ByteCounts n;
 #ifdef __SSE2__
-    const __m128i nl = _mm_set1_epi8('\n');
+    const __m128i va = _mm_set1_epi8(a), vb = _mm_set1_epi8(b), zero = _mm_setzero_si128();
     while (end - p >= 16) {
         // Up to 255 blocks add their matches bytewise before they are summed.
         size_t blocks = std::min<size_t>(static_cast<size_t>(end - p) / 16, 255);
-        __m128i acc = _mm_setzero_si128();
-        for (size_t i = 0; i < blocks; ++i, p += 16)
-            acc = _mm_sub_epi8(
-                acc, _mm_cmpeq_epi8(_mm_loadu_si128(reinterpret_cast<const __m128i*>(p)), nl));
-        __m128i sums = _mm_sad_epu8(acc, _mm_setzero_si128());
-        n += static_cast<size_t>(_mm_cvtsi128_si32(sums)) +
-             static_cast<size_t>(_mm_cvtsi128_si32(_mm_srli_si128(sums, 8)));
+        __m128i accA = zero, accB = zero;
+        for (size_t i = 0; i < blocks; ++i, p += 16) {
+            __m128i v = _mm_loadu_si128(reinterpret_cast<const __m128i*>(p));
+            accA = _mm_sub_epi8(accA, _mm_cmpeq_epi8(v, va));
+            accB = _mm_sub_epi8(accB, _mm_cmpeq_epi8(v, vb));
+        }
+        __m128i sumA = _mm_sad_epu8(accA, zero), sumB = _mm_sad_epu8(accB, zero);
+        n.a += static_cast<size_t>(_mm_cvtsi128_si32(sumA)) +
+               static_cast<size_t>(_mm_cvtsi128_si32(_mm_srli_si128(sumA, 8)));
+        n.b += static_cast<size_t>(_mm_cvtsi128_si32(sumB)) +
+               static_cast<size_t>(_mm_cvtsi128_si32(_mm_srli_si128(sumB, 8)));
     }
 #endif
-    for (; p < end; ++p)
-        n += *p == '\n';
+    for (; p < end; ++p) {
+        n.a += *p == a;
+        n.b += *p == b;
+    }
     return n;
+}
+
+size_t countNewlines(const char* p, const char* end) {
+    return countBytes(p, end, '\n', '\n').a;
 }
 
 // Whether the preamble [p, end) (the lines before the first header) holds a
@@ -156,13 +169,18 @@ bool scanFile(Contents& c, const NameRule& rule, ParseError& err) {
         c.lines.crlf = q > data && q[-1] == '\r';
     }
     // Room for a key record per line, so that parsing the sections later
-    // doesn't move them; the block is mapped, and pages never touched cost
-    // nothing.
-    c.keys.reserve(countNewlines(data, end) + 1);
+    // doesn't move them, and for a section per '[' (the block is mapped,
+    // and pages never touched cost nothing).
+    const ByteCounts counts = countBytes(data, end, '\n', '[');
+    c.keys.reserve(counts.a + 1);
+    c.sections.reserve(counts.b + 1);
+    c.order.reserve(counts.b + 1);
+    c.sectionSlots.reserveFor(c.sectionTable, counts.b + 1);
+    c.lines.reserveMore(2 * counts.b + 2);
     c.lines[0].p = data;
     int32_t at = 0; // the record after which the next goes
     auto push = [&](const char* q, size_t len, uint8_t eol, uint8_t kind) {
-        c.lines.reserveMore(1);
+        c.lines.reserveMore(1); // no allocation: there is room
         int32_t li = c.lines.add(q, len, eol, kind);
         c.lines.linkAfter(at, li);
         at = li;
@@ -179,6 +197,37 @@ bool scanFile(Contents& c, const NameRule& rule, ParseError& err) {
         reserveSection(c);
         addSectionRecord(c, Text(), rule.hash(string_view(data, 0)), 0, false);
     }
+    // A header's section is looked up in the table a few headers after it
+    // was read, its slot fetched in the meantime: the table is far larger
+    // than the caches, and each lookup would otherwise wait for memory.
+    // Headers are taken in file order, each after all before it.
+    struct Pending {
+        Text name;
+        uint32_t hash;
+        int32_t line;
+    };
+    constexpr size_t kAhead = 8;
+    Pending pending[kAhead];
+    size_t first = 0, count = 0;
+    auto settle = [&] {
+        const Pending& ph = pending[first];
+        first = (first + 1) % kAhead;
+        --count;
+        int32_t s = findSection(c, rule, ph.name.view(), ph.hash);
+        reserveSection(c);
+        if (s == kNone) {
+            addSectionRecord(c, ph.name, ph.hash, ph.line, false);
+            return;
+        }
+        // A later block of a section.
+        Section& sec = c.sections[static_cast<size_t>(s)];
+        if (sec.laterBlocks == kNone) {
+            c.laterBlocks.emplace_back();
+            sec.laterBlocks = static_cast<int32_t>(c.laterBlocks.size() - 1);
+        }
+        c.laterBlocks[static_cast<size_t>(sec.laterBlocks)].push_back(ph.line);
+        sec.tail = ph.line;
+    };
     while (h < end) {
         const char* nl = findNewline(h, end);
         uint8_t eol;
@@ -191,26 +240,19 @@ bool scanFile(Contents& c, const NameRule& rule, ParseError& err) {
             err.message = "section header without a closing ']'";
             return false;
         }
-        Text text = quoted ? c.arena.copy(name) : viewOf(name);
-        uint32_t hash = rule.hash(name);
-        int32_t s = findSection(c, rule, name, hash);
-        reserveSection(c);
-        int32_t li = push(h, len, eol, kHeader);
-        if (s == kNone) {
-            addSectionRecord(c, text, hash, li, false);
-        } else { // a later block of a section
-            Section& sec = c.sections[static_cast<size_t>(s)];
-            if (sec.laterBlocks == kNone) {
-                c.laterBlocks.emplace_back();
-                sec.laterBlocks = static_cast<int32_t>(c.laterBlocks.size() - 1);
-            }
-            c.laterBlocks[static_cast<size_t>(sec.laterBlocks)].push_back(li);
-            sec.tail = li;
-        }
+        if (count == kAhead)
+            settle();
+        Pending& ph = pending[(first + count++) % kAhead];
+        ph.name = quoted ? c.arena.copy(name) : viewOf(name);
+        ph.hash = rule.hash(name);
+        ph.line = push(h, len, eol, kHeader);
+        c.sectionSlots.prefetch(c.sectionTable, ph.hash);
         const char* next = nl < end ? nl + 1 : end;
         h = findHeader(data, next, end);
         body(next, h);
     }
+    while (count)
+        settle();
     return true;
 }
 
@@ -251,6 +293,9 @@ void parseKeys(Store& st, int32_t s) {
     // The keys go to the end of the records, in order: the section's range.
     const size_t before = c.keys.size();
     Section& sec = c.sections[static_cast<size_t>(s)];
+    // The slot is brought up to date at the end; fetched while the lines
+    // are read, it costs no wait then.
+    c.sectionSlots.prefetch(c.sectionTable, sec.hash);
     auto parseBody = [&](const char* p, const char* end) {
         while (p < end) {
             const char* nl = findNewline(p, end);

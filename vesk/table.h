@@ -74,6 +74,15 @@ public:
                 return &s[i];
         }
     }
+    // Asks the processor to fetch the slot where a probe for h starts.
+    void prefetch(const SlotSlice& t, uint32_t h) const {
+#if defined(__GNUC__) || defined(__clang__)
+        if (t.capacity)
+            __builtin_prefetch(m_slots.data() + t.base + (h & (t.capacity - 1)), 1);
+#else
+        (void)t, (void)h;
+#endif
+    }
     // The slot of record `index` (whose hash is h), or null.
     S* slotOf(const SlotSlice& t, uint32_t index, uint32_t h) {
         return const_cast<S*>(findSlot(t, h, [&](uint32_t i) { return i == index; }));
@@ -93,7 +102,9 @@ public:
     // changes nothing.
     void reserveSlots(size_t slots);
     // Whether the waste is worth a compact().
-    bool wasteful() const { return m_waste > 1024 && m_waste > m_slots.size() / 2; }
+    bool wasteful() const {
+        return m_waste > 1024 && m_waste > m_slots.size() / 2;
+    }
     // Lays the given slices out afresh, without waste; each keeps its
     // records. Throws and then changes nothing.
     template <class EachSlice>

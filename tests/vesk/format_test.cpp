@@ -40,6 +40,26 @@ TEST(Format, ReadingTable) {
     EXPECT_EQ("[a]\nx=9\nx=2\n[b]\ny=1\n[A]\nx=3\nz=4\n", SavedText(h, dir));
 }
 
+// Headers are found by their '[' with only blanks before it on the line, and
+// a header's section is settled a few headers later: blocks of one section
+// near each other and far apart (more headers between than are pending)
+// still make one section, in the order of the first block.
+TEST(Format, HeadersAndTheBlocksOfOneSection) {
+    std::string text = "k=[not a header]\n [A]\nx=1\n\t[B]\nb=[1]\nx[2]=y\n[a]\ny=2\n";
+    std::string dump = "[]k=[not a header]|[A]x=1|y=2|z=3|[B]b=[1]|x[2]=y|";
+    for (int i = 0; i < 12; ++i) {
+        text += "[S" + std::to_string(i) + "]\nk=" + std::to_string(i) + "\n";
+        dump += "[S" + std::to_string(i) + "]k=" + std::to_string(i) + "|";
+    }
+    text += "  [A]  \nz=3\n[S0]\n";
+    TempDir dir;
+    Store h;
+    ASSERT_TRUE(LoadText(h, dir, text));
+    EXPECT_EQ(dump, Dump(h));
+    EXPECT_EQ(text, SavedText(h, dir));
+    EXPECT_EQ(inifile_get_section_count(h), 15);
+}
+
 TEST(Format, RefusedFilesNameTheirLine) {
     TempDir dir;
     std::string path = dir.file("bad.ini");
