@@ -55,7 +55,12 @@
  *
  * Cost: inifile_open reads the file and finds its section headers; the keys
  * of a section are parsed the first time one of its keys is needed. Lookups
- * are hash lookups, O(1) on average, whatever the size of the store.
+ * take O(1) on average, whatever the size of the store: sections and the keys
+ * of sections with more than 16 keys through hash tables, the keys of smaller
+ * sections by a scan of their records, which the section's table entry
+ * points at (a read in a store far larger than the caches waits for about
+ * three memory accesses). The store remembers the section of the last lookup,
+ * so that reading or listing one section's keys after another skips it.
  *
  * Texts: all arguments are zero-terminated UTF-8; the store copies what it
  * keeps. A null handle or a null name is never an error: reads give their
