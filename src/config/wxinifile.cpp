@@ -18,22 +18,36 @@ const size_t kNoForm = static_cast<size_t>(-1);
 // iconv (two passes and a lock) on every call. Text that is plain Unicode
 // (every code unit a scalar value: no surrogate, nothing above U+10FFFF) and
 // bytes that are well-formed UTF-8 have one conversion, which every correct
-// converter gives: EncodeUtf8 and wxs_decode_utf8 take those cases and give
+// converter gives: EncodeUtf8 and wxsUtf8Units take those cases and give
 // the very bytes and strings m_conv gives. Anything else goes to m_conv
 // itself, which decides as before (no UTF-8 form: no bytes; invalid bytes:
 // no string).
 
-// Writes the UTF-8 form of text, up to its first NUL (where the C string
-// that m_conv gives ends), cut after `room` bytes, into out; gives the
-// number of bytes, or kNoForm when some code unit has no UTF-8 form. The
-// whole text is checked, past the NUL and the cut too: one such code unit
-// makes m_conv refuse all of it.
-size_t EncodeUtf8(const wxString& text, char* out, size_t room) {
 #if wxUSE_UNICODE_WCHAR && SIZEOF_WCHAR_T == 4
-    const wchar_t* p = text.wc_str();
-    const size_t n = text.length();
-    size_t used = 0;
-    for (size_t i = 0; i < n; ++i) {
+// Copies the N code units at p to out as bytes and gives true when all of
+// them are ASCII other than NUL; gives false, out untouched, otherwise.
+template <size_t N>
+inline bool CopyAscii(const wchar_t* p, char* out) {
+    // A unit in 1..0x7F is the one case where unit | (unit - 1) < 0x80: NUL
+    // wraps to all ones, anything from 0x80 has a high bit of its own.
+    wxUint32 bits = 0;
+    for (size_t k = 0; k < N; ++k) {
+        const wxUint32 c = static_cast<wxUint32>(p[k]);
+        bits |= c | (c - 1);
+    }
+    if (bits >= 0x80)
+        return false;
+    for (size_t k = 0; k < N; ++k)
+        out[k] = static_cast<char>(p[k]);
+    return true;
+}
+
+// EncodeUtf8 from unit i on, the first i units being ASCII without NUL and
+// already in out: unit by unit, for text with a NUL, non-ASCII units or more
+// units than room.
+size_t EncodeUtf8Rest(const wchar_t* p, size_t n, size_t i, char* out, size_t room) {
+    size_t used = i;
+    for (; i < n; ++i) {
         const wxUint32 c = static_cast<wxUint32>(p[i]);
         if (c < 0x80) {
             if (c == 0)
@@ -64,6 +78,36 @@ size_t EncodeUtf8(const wxString& text, char* out, size_t room) {
             out[used++] = static_cast<char>(bytes[k]);
     }
     return used;
+}
+#endif
+
+// Writes the UTF-8 form of text, up to its first NUL (where the C string
+// that m_conv gives ends), cut after `room` bytes, into out; gives the
+// number of bytes, or kNoForm when some code unit has no UTF-8 form. The
+// whole text is checked, past the NUL and the cut too: one such code unit
+// makes m_conv refuse all of it.
+inline size_t EncodeUtf8(const wxString& text, char* out, size_t room) {
+#if wxUSE_UNICODE_WCHAR && SIZEOF_WCHAR_T == 4
+    const wchar_t* p = text.wc_str();
+    const size_t n = text.length();
+    // Text that is ASCII without NUL and fits is a byte for each unit, taken
+    // in blocks: eight units a step and a last block of eight that ends with
+    // the text, or two blocks of four for 4 to 7 units (blocks that overlap
+    // write the same bytes twice).
+    if (n <= room) {
+        size_t i = 0;
+        if (n >= 8) {
+            while (n - i >= 8 && CopyAscii<8>(p + i, out + i))
+                i += 8;
+            if (n - i < 8 && CopyAscii<8>(p + n - 8, out + n - 8))
+                return n;
+        } else if (n >= 4) {
+            if (CopyAscii<4>(p, out) && CopyAscii<4>(p + n - 4, out + n - 4))
+                return n;
+        }
+        return EncodeUtf8Rest(p, n, i, out, room);
+    }
+    return EncodeUtf8Rest(p, n, 0, out, room);
 #else
     // Code units that are not code points (UTF-16 or UTF-8 storage): the
     // converter does it all.
@@ -98,34 +142,82 @@ private:
     char m_text[kNameBufferSize];
 };
 
-// A UTF-8 copy of a value or default from pd_strdup, released with free. A
-// text without a UTF-8 form is handed over as an empty text.
+// Asks for the first code units of text to be brought from memory: a host's
+// names often sit in separate heap blocks, and two requests made together
+// wait for memory once, not twice.
+inline void PrefetchUnits(const wxString& text) {
+#if defined(__GNUC__) || defined(__clang__)
+    __builtin_prefetch(text.wx_str());
+#else
+    (void)text;
+#endif
+}
+
+inline const wxString& PrefetchBoth(const wxString& section, const wxString& key) {
+    PrefetchUnits(section);
+    PrefetchUnits(key);
+    return section;
+}
+
+// The section and key of an operation as the store gets them.
+class NamePair {
+public:
+    NamePair(const wxString& section, const wxString& key, const wxMBConv& conv)
+        : m_section(PrefetchBoth(section, key), conv), m_key(key, conv) {}
+
+    const char* section() const { return m_section.c_str(); }
+    const char* key() const { return m_key.c_str(); }
+
+private:
+    const NameBuffer m_section;
+    const NameBuffer m_key;
+};
+
+// A UTF-8 copy of a value or default for one store call. A text whose UTF-8
+// form fits kValueStackSize bytes is copied onto the stack; a longer one (or
+// one the converter has to take) is a copy from pd_strdup, released with
+// free. A text without a UTF-8 form is handed over as an empty text.
 class ValueCopy {
 public:
-    ValueCopy(const wxString& value, const wxMBConv& conv) : m_text(nullptr) {
-        // Four bytes at most for each code unit, and the terminator.
+    ValueCopy(const wxString& value, const wxMBConv& conv) : m_heap(nullptr) {
+        // Four bytes at most for each code unit.
         const size_t room = value.length() * 4;
-        char stackBytes[4 * kNameBufferSize];
-        char* bytes = room < sizeof stackBytes ? stackBytes : static_cast<char*>(malloc(room + 1));
-        const size_t length = bytes ? EncodeUtf8(value, bytes, room) : kNoForm;
-        if (length != kNoForm) {
-            bytes[length] = '\0';
-            m_text = pd_strdup(bytes);
+        if (room < kValueStackSize) {
+            const size_t length = EncodeUtf8(value, m_stack, room);
+            if (length != kNoForm) {
+                m_stack[length] = '\0';
+                m_text = m_stack;
+                return;
+            }
         } else {
-            const wxCharBuffer narrow = value.mb_str(conv);
-            m_text = pd_strdup(narrow.data() ? narrow.data() : "");
-        }
-        if (bytes != stackBytes)
+            char* bytes = static_cast<char*>(malloc(room + 1));
+            const size_t length = bytes ? EncodeUtf8(value, bytes, room) : kNoForm;
+            if (length != kNoForm) {
+                bytes[length] = '\0';
+                m_heap = pd_strdup(bytes);
+            }
             free(bytes);
+            if (m_heap) {
+                m_text = m_heap;
+                return;
+            }
+        }
+        const wxCharBuffer narrow = value.mb_str(conv);
+        m_heap = pd_strdup(narrow.data() ? narrow.data() : "");
+        m_text = m_heap ? m_heap : "";
     }
-    ~ValueCopy() { free(m_text); }
+    ~ValueCopy() { free(m_heap); }
     ValueCopy(const ValueCopy&) = delete;
     ValueCopy& operator=(const ValueCopy&) = delete;
 
-    const char* c_str() const { return m_text ? m_text : ""; }
+    const char* c_str() const { return m_text; }
 
 private:
-    char* m_text;
+    static const size_t kValueStackSize = 4 * kNameBufferSize;
+
+    const char* m_text;
+    char* m_heap;
+    char m_stack[kValueStackSize];
 };
 
 } // namespace
@@ -231,96 +323,88 @@ bool wxIniFile::HasSection(const wxString& section) const {
 bool wxIniFile::HasKey(const wxString& section, const wxString& key) const {
     WXS_CHECK_NAME(section, "wxIniFile::HasKey");
     WXS_CHECK_NAME(key, "wxIniFile::HasKey");
-    const NameBuffer sec(section, m_conv);
-    const NameBuffer k(key, m_conv);
-    return inifile_has_key(m_store, sec.c_str(), k.c_str()) != 0;
+    const NamePair names(section, key, m_conv);
+    return inifile_has_key(m_store, names.section(), names.key()) != 0;
 }
 
 void wxIniFile::WriteLong(const wxString& section, const wxString& key, long value) {
     WXS_CHECK_NAME(section, "wxIniFile::WriteLong");
     WXS_CHECK_NAME(key, "wxIniFile::WriteLong");
-    const NameBuffer sec(section, m_conv);
-    const NameBuffer k(key, m_conv);
-    inifile_write_long(m_store, sec.c_str(), k.c_str(), value);
+    const NamePair names(section, key, m_conv);
+    inifile_write_long(m_store, names.section(), names.key(), value);
 }
 
 void wxIniFile::WriteFloat(const wxString& section, const wxString& key, double value) {
     WXS_CHECK_NAME(section, "wxIniFile::WriteFloat");
     WXS_CHECK_NAME(key, "wxIniFile::WriteFloat");
-    const NameBuffer sec(section, m_conv);
-    const NameBuffer k(key, m_conv);
-    inifile_write_float(m_store, sec.c_str(), k.c_str(), value);
+    const NamePair names(section, key, m_conv);
+    inifile_write_float(m_store, names.section(), names.key(), value);
 }
 
 void wxIniFile::WriteString(const wxString& section, const wxString& key, const wxString& value) {
     WXS_CHECK_NAME(section, "wxIniFile::WriteString");
     WXS_CHECK_NAME(key, "wxIniFile::WriteString");
-    const NameBuffer sec(section, m_conv);
-    const NameBuffer k(key, m_conv);
+    const NamePair names(section, key, m_conv);
     const ValueCopy v(value, m_conv);
-    inifile_write_string(m_store, sec.c_str(), k.c_str(), v.c_str());
+    inifile_write_string(m_store, names.section(), names.key(), v.c_str());
 }
 
 void wxIniFile::WriteBool(const wxString& section, const wxString& key, bool value) {
     WXS_CHECK_NAME(section, "wxIniFile::WriteBool");
     WXS_CHECK_NAME(key, "wxIniFile::WriteBool");
-    const NameBuffer sec(section, m_conv);
-    const NameBuffer k(key, m_conv);
-    inifile_write_long(m_store, sec.c_str(), k.c_str(), value ? 1 : 0);
+    const NamePair names(section, key, m_conv);
+    inifile_write_long(m_store, names.section(), names.key(), value ? 1 : 0);
 }
 
 void wxIniFile::Write(const wxString& section, const wxString& key, long value) {
     WXS_CHECK_NAME(section, "wxIniFile::Write");
     WXS_CHECK_NAME(key, "wxIniFile::Write");
-    const NameBuffer sec(section, m_conv);
-    const NameBuffer k(key, m_conv);
-    inifile_write_long(m_store, sec.c_str(), k.c_str(), value);
+    const NamePair names(section, key, m_conv);
+    inifile_write_long(m_store, names.section(), names.key(), value);
 }
 
 void wxIniFile::Write(const wxString& section, const wxString& key, const wxString& value) {
     WXS_CHECK_NAME(section, "wxIniFile::Write");
     WXS_CHECK_NAME(key, "wxIniFile::Write");
-    const NameBuffer sec(section, m_conv);
-    const NameBuffer k(key, m_conv);
+    const NamePair names(section, key, m_conv);
     const ValueCopy v(value, m_conv);
-    inifile_write_string(m_store, sec.c_str(), k.c_str(), v.c_str());
+    inifile_write_string(m_store, names.section(), names.key(), v.c_str());
 }
 
 long wxIniFile::ReadLong(const wxString& section, const wxString& key, long def) const {
     WXS_CHECK_NAME(section, "wxIniFile::ReadLong");
     WXS_CHECK_NAME(key, "wxIniFile::ReadLong");
-    const NameBuffer sec(section, m_conv);
-    const NameBuffer k(key, m_conv);
-    return inifile_read_long(m_store, sec.c_str(), k.c_str(), def);
+    const NamePair names(section, key, m_conv);
+    return inifile_read_long(m_store, names.section(), names.key(), def);
 }
 
 double wxIniFile::ReadFloat(const wxString& section, const wxString& key, double def) const {
     WXS_CHECK_NAME(section, "wxIniFile::ReadFloat");
     WXS_CHECK_NAME(key, "wxIniFile::ReadFloat");
-    const NameBuffer sec(section, m_conv);
-    const NameBuffer k(key, m_conv);
-    return inifile_read_float(m_store, sec.c_str(), k.c_str(), def);
+    const NamePair names(section, key, m_conv);
+    return inifile_read_float(m_store, names.section(), names.key(), def);
 }
 
 namespace {
 // Decodes a stored value: UTF-8 first, ISO-8859-1 when that gives nothing.
+// One named result on every path, so it is built in the caller's place.
 wxString DecodeValue(const char* text, const wxMBConv& conv, const wxMBConv& fallback) {
-    if (!text || !*text)
-        return wxString();
-    wxString result;
-    if (wxs_decode_utf8(text, result))
-        return result;
-    result = wxString(text, conv);
-    if (result.IsSameAs(wxString()))
-        result = wxString(text, fallback);
+    const wxsUtf8Units decoded(text ? text : "");
+    wxString result(decoded.ok() ? decoded.units() : L"");
+    if (!decoded.ok()) {
+        result = wxString(text, conv);
+        if (result.IsSameAs(wxString()))
+            result = wxString(text, fallback);
+    }
     return result;
 }
 
 // Decodes a name from the store: UTF-8 only, so a name that isn't valid
 // UTF-8 gives an empty string, as does a null pointer.
 wxString DecodeName(const char* text, const wxMBConv& conv) {
-    wxString result;
-    if (text && !wxs_decode_utf8(text, result))
+    const wxsUtf8Units decoded(text ? text : "");
+    wxString result(decoded.ok() ? decoded.units() : L"");
+    if (!decoded.ok())
         result = wxString(text, conv);
     return result;
 }
@@ -330,38 +414,34 @@ wxString wxIniFile::ReadString(const wxString& section, const wxString& key,
                                const wxString& def) const {
     WXS_CHECK_NAME(section, "wxIniFile::ReadString");
     WXS_CHECK_NAME(key, "wxIniFile::ReadString");
-    const NameBuffer sec(section, m_conv);
-    const NameBuffer k(key, m_conv);
+    const NamePair names(section, key, m_conv);
     const ValueCopy d(def, m_conv);
     // The result may be the default's copy itself: decode before it goes.
-    return DecodeValue(inifile_read_string(m_store, sec.c_str(), k.c_str(), d.c_str()), m_conv,
-                       m_fallbackConv);
+    return DecodeValue(inifile_read_string(m_store, names.section(), names.key(), d.c_str()),
+                       m_conv, m_fallbackConv);
 }
 
 bool wxIniFile::ReadBool(const wxString& section, const wxString& key, bool def) const {
     WXS_CHECK_NAME(section, "wxIniFile::ReadBool");
     WXS_CHECK_NAME(key, "wxIniFile::ReadBool");
-    const NameBuffer sec(section, m_conv);
-    const NameBuffer k(key, m_conv);
-    return inifile_read_long(m_store, sec.c_str(), k.c_str(), def ? 1 : 0) != 0;
+    const NamePair names(section, key, m_conv);
+    return inifile_read_long(m_store, names.section(), names.key(), def ? 1 : 0) != 0;
 }
 
 long wxIniFile::Read(const wxString& section, const wxString& key, long def) const {
     WXS_CHECK_NAME(section, "wxIniFile::Read");
     WXS_CHECK_NAME(key, "wxIniFile::Read");
-    const NameBuffer sec(section, m_conv);
-    const NameBuffer k(key, m_conv);
-    return inifile_read_long(m_store, sec.c_str(), k.c_str(), def);
+    const NamePair names(section, key, m_conv);
+    return inifile_read_long(m_store, names.section(), names.key(), def);
 }
 
 wxString wxIniFile::Read(const wxString& section, const wxString& key, const wxString& def) const {
     WXS_CHECK_NAME(section, "wxIniFile::Read");
     WXS_CHECK_NAME(key, "wxIniFile::Read");
-    const NameBuffer sec(section, m_conv);
-    const NameBuffer k(key, m_conv);
+    const NamePair names(section, key, m_conv);
     const ValueCopy d(def, m_conv);
-    return DecodeValue(inifile_read_string(m_store, sec.c_str(), k.c_str(), d.c_str()), m_conv,
-                       m_fallbackConv);
+    return DecodeValue(inifile_read_string(m_store, names.section(), names.key(), d.c_str()),
+                       m_conv, m_fallbackConv);
 }
 
 int wxIniFile::GetSectionCount() {
@@ -393,9 +473,8 @@ void wxIniFile::RemoveSection(const wxString& section) {
 bool wxIniFile::RemoveKey(const wxString& section, const wxString& key) {
     WXS_CHECK_NAME(section, "wxIniFile::RemoveKey");
     WXS_CHECK_NAME(key, "wxIniFile::RemoveKey");
-    const NameBuffer sec(section, m_conv);
-    const NameBuffer k(key, m_conv);
-    return inifile_remove_key(m_store, sec.c_str(), k.c_str()) != 0;
+    const NamePair names(section, key, m_conv);
+    return inifile_remove_key(m_store, names.section(), names.key()) != 0;
 }
 
 void wxIniFile::CopySection(const wxString& section, wxIniFile& other) {
