@@ -142,28 +142,11 @@ private:
     char m_text[kNameBufferSize];
 };
 
-// Asks for the first code units of text to be brought from memory: a host's
-// names often sit in separate heap blocks, and two requests made together
-// wait for memory once, not twice.
-inline void PrefetchUnits(const wxString& text) {
-#if defined(__GNUC__) || defined(__clang__)
-    __builtin_prefetch(text.wx_str());
-#else
-    (void)text;
-#endif
-}
-
-inline const wxString& PrefetchBoth(const wxString& section, const wxString& key) {
-    PrefetchUnits(section);
-    PrefetchUnits(key);
-    return section;
-}
-
 // The section and key of an operation as the store gets them.
 class NamePair {
 public:
     NamePair(const wxString& section, const wxString& key, const wxMBConv& conv)
-        : m_section(PrefetchBoth(section, key), conv), m_key(key, conv) {}
+        : m_section(section, conv), m_key(key, conv) {}
 
     const char* section() const { return m_section.c_str(); }
     const char* key() const { return m_key.c_str(); }
