@@ -296,6 +296,7 @@ void parseKeys(Store& st, int32_t s) {
     // The slot is brought up to date at the end; fetched while the lines
     // are read, it costs no wait then.
     c.sectionSlots.prefetch(c.sectionTable, sec.hash);
+    uint64_t seen = 0;
     auto parseBody = [&](const char* p, const char* end) {
         while (p < end) {
             const char* nl = findNewline(p, end);
@@ -314,7 +315,13 @@ void parseKeys(Store& st, int32_t s) {
                 value = t.value;
             }
             uint32_t h = st.rule.hash(name.view());
-            int32_t k = findKey(c, st.rule, sec, name.view(), h);
+            // One bit per hash seen in this section: a name whose bit is
+            // clear is new without a look at the keys before it.
+            const uint64_t bit = uint64_t(1) << (h & 63);
+            const int32_t k = (seen & bit) || sec.keyTable.capacity
+                                  ? findKey(c, st.rule, sec, name.view(), h)
+                                  : kNone;
+            seen |= bit;
             if (k != kNone) {
                 c.keys[static_cast<size_t>(k)].repeated = true;
                 continue;
@@ -326,13 +333,20 @@ void parseKeys(Store& st, int32_t s) {
             // hand and the arena filled in order.
             if (name.kind == kView)
                 name = c.arena.copy(name.view());
-            c.keys.push_back(Key{name, value, h, s, kNone, false, false});
+            // Built in place: a record made on the stack and copied would
+            // wait for its own stores.
+            Key& key = c.keys.emplace_back();
+            key.name = name;
+            key.value = value;
+            key.hash = h;
+            key.section = s;
+            key.line = kNone;
             const int32_t added = static_cast<int32_t>(c.keys.size() - 1);
             if (sec.rangeCount++ == 0)
                 sec.firstKey = added;
             if (sec.keyTable.capacity)
                 c.keySlots.place(sec.keyTable, static_cast<uint32_t>(added), h);
-            else
+            else if (needsKeyTable(sec.rangeCount))
                 ensureKeyTable(c, sec, static_cast<size_t>(sec.rangeCount));
         }
     };
