@@ -12,20 +12,6 @@ void release(Text& t) noexcept {
     t = Text();
 }
 
-namespace {
-// s copied to m with a terminator, as a text of the kind given.
-Text copyTo(char* m, string_view s, TextKind kind) {
-    if (!s.empty())
-        std::memcpy(m, s.data(), s.size());
-    m[s.size()] = '\0';
-    Text t;
-    t.p = m;
-    t.len = static_cast<uint32_t>(s.size());
-    t.kind = kind;
-    return t;
-}
-} // namespace
-
 Text makeOwned(string_view s) {
     return copyTo(allocateText(s.size() + 1), s, kOwned);
 }

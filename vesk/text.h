@@ -40,6 +40,19 @@ inline Text viewOf(string_view s) {
     return t;
 }
 
+// s copied to m (room for s and a terminator) with a terminator, as a text
+// of the kind given.
+inline Text copyTo(char* m, string_view s, TextKind kind) {
+    if (!s.empty())
+        std::memcpy(m, s.data(), s.size());
+    m[s.size()] = '\0';
+    Text t;
+    t.p = m;
+    t.len = static_cast<uint32_t>(s.size());
+    t.kind = kind;
+    return t;
+}
+
 // A block of bytes from allocate(): the file's contents.
 class Buffer {
 public:
@@ -81,17 +94,7 @@ public:
         return r;
     }
     // A terminated copy of s in the arena (kind kTerminated).
-    Text copy(string_view s) {
-        char* m = alloc(s.size() + 1);
-        if (!s.empty())
-            std::memcpy(m, s.data(), s.size());
-        m[s.size()] = '\0';
-        Text t;
-        t.p = m;
-        t.len = static_cast<uint32_t>(s.size());
-        t.kind = kTerminated;
-        return t;
-    }
+    Text copy(string_view s) { return copyTo(alloc(s.size() + 1), s, kTerminated); }
 
 private:
     struct Chunk {
