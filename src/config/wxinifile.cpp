@@ -156,51 +156,34 @@ private:
     const NameBuffer m_key;
 };
 
-// A UTF-8 copy of a value or default for one store call. A text whose UTF-8
-// form fits kValueStackSize bytes is copied onto the stack; a longer one (or
-// one the converter has to take) is a copy from pd_strdup, released with
-// free. A text without a UTF-8 form is handed over as an empty text.
+// A UTF-8 copy of a value or default from pd_strdup, released with free. A
+// text without a UTF-8 form is handed over as an empty text.
 class ValueCopy {
 public:
-    ValueCopy(const wxString& value, const wxMBConv& conv) : m_heap(nullptr) {
-        // Four bytes at most for each code unit.
+    ValueCopy(const wxString& value, const wxMBConv& conv) : m_text(nullptr) {
+        // Four bytes at most for each code unit, and the terminator.
         const size_t room = value.length() * 4;
-        if (room < kValueStackSize) {
-            const size_t length = EncodeUtf8(value, m_stack, room);
-            if (length != kNoForm) {
-                m_stack[length] = '\0';
-                m_text = m_stack;
-                return;
-            }
+        char stackBytes[4 * kNameBufferSize];
+        char* bytes = room < sizeof stackBytes ? stackBytes : static_cast<char*>(malloc(room + 1));
+        const size_t length = bytes ? EncodeUtf8(value, bytes, room) : kNoForm;
+        if (length != kNoForm) {
+            bytes[length] = '\0';
+            m_text = pd_strdup(bytes);
         } else {
-            char* bytes = static_cast<char*>(malloc(room + 1));
-            const size_t length = bytes ? EncodeUtf8(value, bytes, room) : kNoForm;
-            if (length != kNoForm) {
-                bytes[length] = '\0';
-                m_heap = pd_strdup(bytes);
-            }
-            free(bytes);
-            if (m_heap) {
-                m_text = m_heap;
-                return;
-            }
+            const wxCharBuffer narrow = value.mb_str(conv);
+            m_text = pd_strdup(narrow.data() ? narrow.data() : "");
         }
-        const wxCharBuffer narrow = value.mb_str(conv);
-        m_heap = pd_strdup(narrow.data() ? narrow.data() : "");
-        m_text = m_heap ? m_heap : "";
+        if (bytes != stackBytes)
+            free(bytes);
     }
-    ~ValueCopy() { free(m_heap); }
+    ~ValueCopy() { free(m_text); }
     ValueCopy(const ValueCopy&) = delete;
     ValueCopy& operator=(const ValueCopy&) = delete;
 
-    const char* c_str() const { return m_text; }
+    const char* c_str() const { return m_text ? m_text : ""; }
 
 private:
-    static const size_t kValueStackSize = 4 * kNameBufferSize;
-
-    const char* m_text;
-    char* m_heap;
-    char m_stack[kValueStackSize];
+    char* m_text;
 };
 
 } // namespace
