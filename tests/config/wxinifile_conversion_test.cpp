@@ -309,8 +309,8 @@ TEST(WxIniFileConversion, BlocksOfAsciiEndWhereTheConverterSays) {
 
 // Values and defaults whose UTF-8 form has just under, exactly and just over
 // 1024 bytes (up to which a copy is encoded on the stack before pd_strdup
-// copies it): four-byte
-// characters, with ASCII and with a unit that has no UTF-8 form.
+// copies it): four-byte characters, with ASCII and with a unit that has no
+// UTF-8 form.
 TEST(WxIniFileConversion, CopiesAroundTheStackSizeAreTheConvertersOwn) {
     TempDir dir;
     wxIniFile ini;
