@@ -153,6 +153,36 @@ struct ReadCosts {
 };
 const char* const kReadNames[3] = {"ReadString", "ReadLong", "HasKey"};
 
+// ns of one dependent random memory access: a chase through a random cycle
+// over 64 MB, each load's address the previous load's result. Measured in
+// the rounds of the reads it is compared with, it sees the same machine.
+class PointerChase {
+public:
+    PointerChase() : m_next((64u << 20) / sizeof(size_t)) {
+        for (size_t i = 0; i < m_next.size(); ++i)
+            m_next[i] = i;
+        std::mt19937_64 rng(3);
+        for (size_t i = m_next.size() - 1; i > 0; --i) // Sattolo: one cycle through all
+            std::swap(m_next[i], m_next[rng() % i]);
+    }
+    // One pass of ten million steps; keeps the best.
+    void pass() {
+        static volatile size_t sink = 0;
+        const size_t steps = 10000000;
+        const double t0 = now();
+        size_t at = 0;
+        for (size_t i = 0; i < steps; ++i)
+            at = m_next[at];
+        sink = sink + at;
+        m_best = std::min(m_best, (now() - t0) * 1e9 / static_cast<double>(steps));
+    }
+    double ns() const { return m_best; }
+
+private:
+    std::vector<size_t> m_next;
+    double m_best = 1e100;
+};
+
 // ns per call of one pass of read(i) over count calls.
 template <class Read>
 double onePass(size_t count, Read read) {
@@ -169,7 +199,7 @@ double onePass(size_t count, Read read) {
 // its best round: a change in the machine's state between two measurements
 // then weighs on both alike.
 ReadCosts measureReads(inifile h, const wxIniFile& ini, const wxFileConfig& cfg,
-                       const std::vector<Query>& qs) {
+                       const std::vector<Query>& qs, PointerChase* chase = nullptr) {
     const WxQueries w = toWx(qs);
     const size_t n = qs.size();
     // wxFileConfig takes microseconds a call on the large store: a tenth of
@@ -181,6 +211,8 @@ ReadCosts measureReads(inifile h, const wxIniFile& ini, const wxFileConfig& cfg,
         c.store[r] = c.wx[r] = c.fileConfig[r] = 1e100;
     auto keep = [](double& bestSoFar, double t) { bestSoFar = std::min(bestSoFar, t); };
     for (int round = 0; round < 5; ++round) {
+        if (chase)
+            chase->pass();
         keep(c.store[0], onePass(n, [&](size_t i) {
                  return static_cast<size_t>(
                      inifile_read_string(h, qs[i].sec.c_str(), qs[i].key.c_str(), "")[0]);
@@ -216,27 +248,6 @@ ReadCosts measureReads(inifile h, const wxIniFile& ini, const wxFileConfig& cfg,
              onePass(m, [&](size_t i) { return static_cast<size_t>(cfg.HasEntry(w.paths[i])); }));
     }
     return c;
-}
-
-// ns of one dependent random memory access: a chase through a random cycle
-// over 64 MB, each load's address the previous load's result.
-double pointerChase() {
-    const size_t count = (64u << 20) / sizeof(size_t);
-    std::vector<size_t> next(count);
-    for (size_t i = 0; i < count; ++i)
-        next[i] = i;
-    std::mt19937_64 rng(3);
-    for (size_t i = count - 1; i > 0; --i) // Sattolo: one cycle through all
-        std::swap(next[i], next[rng() % i]);
-    const size_t steps = 10000000;
-    volatile size_t sink = 0;
-    const double t = best(5, [&] {
-        size_t at = 0;
-        for (size_t i = 0; i < steps; ++i)
-            at = next[at];
-        sink = sink + at;
-    });
-    return t * 1e9 / static_cast<double>(steps);
 }
 
 // Peak resident memory of this process so far, in bytes (VmHWM).
@@ -407,6 +418,7 @@ int main(int argc, char** argv) {
     wxIniFile bigIni(wxString::FromUTF8(path.c_str()));
     double tFileConfig = 0;
     ReadCosts bigCost{};
+    PointerChase chaseCost;
     {
         std::unique_ptr<wxFileConfig> bigCfg;
         tFileConfig = best(1, [&] {
@@ -416,7 +428,7 @@ int main(int argc, char** argv) {
         });
         for (const Query& q : bigQ) // first touch, as above
             bigIni.HasKey(wxString::FromUTF8(q.sec.c_str()), wxString::FromUTF8(q.key.c_str()));
-        bigCost = measureReads(big, bigIni, *bigCfg, bigQ);
+        bigCost = measureReads(big, bigIni, *bigCfg, bigQ, &chaseCost);
     }
     std::printf("reads, ns per call on 10 keys | on 1,000,000 keys in 100,000 sections:\n");
     for (int r = 0; r < 3; ++r)
@@ -451,7 +463,7 @@ int main(int argc, char** argv) {
     inifile_delete(one);
     inifile_delete(small);
 
-    const double chase = pointerChase();
+    const double chase = chaseCost.ns();
     std::printf("one dependent random memory access (pointer chase over 64 MB): %.1f ns\n", chase);
 
     const long peak = peakOfOpen(argv[0], path);
