@@ -5,6 +5,7 @@
 #include "syntax.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <cstdlib>
 #include <cstring>
 
@@ -141,7 +142,7 @@ void ensureKeyTable(Contents& c, Section& sec, size_t room) {
         c.keySlots.reserveFor(sec.keyTable, room);
         return;
     }
-    if (!needsKeyTable(static_cast<int32_t>(std::min<size_t>(room, kMaxText))))
+    if (!needsKeyTable(static_cast<int32_t>(std::min<size_t>(room, INT32_MAX))))
         return;
     SlotSlice table;
     c.keySlots.reserveFor(table, room);
