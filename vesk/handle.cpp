@@ -31,14 +31,25 @@ auto guarded(F f, decltype(f()) onFailure) noexcept -> decltype(f()) {
 
 using namespace vesk;
 
+namespace {
+
+// Callers often ask for one section many times in a row (its keys one by
+// one): the section of the last lookup, when its name is these very bytes,
+// else kNone. It is kept only while there are no twins, and then a section
+// whose name is these very bytes is the only one the rule takes for them.
+int32_t rememberedSection(const Contents& c, string_view name) {
+    const int32_t last = c.lastSection;
+    return last != kNone && c.sections[static_cast<size_t>(last)].name.view() == name ? last
+                                                                                      : kNone;
+}
+
+} // namespace
+
 int32_t inifile_store::lookupSection(std::string_view name) const {
-    // Callers often ask for one section many times in a row (its keys one
-    // by one): the last answer is checked first. Without twins, a section
-    // whose name is these very bytes is the only one the rule takes for it.
-    const int32_t last = c->lastSection;
-    if (last != kNone && c->sections[static_cast<size_t>(last)].name.view() == name)
-        return last;
-    const int32_t s = findSection(*c, rule, name, rule.hash(name));
+    int32_t s = rememberedSection(*c, name);
+    if (s != kNone)
+        return s;
+    s = findSection(*c, rule, name, rule.hash(name));
     if (!c->twins)
         c->lastSection = s;
     return s;
@@ -47,10 +58,10 @@ int32_t inifile_store::lookupSection(std::string_view name) const {
 int32_t inifile_store::lookupKey(const char* sec, const char* key) {
     Contents& ct = *c;
     const string_view secName(sec), keyName(key);
-    int32_t s = ct.lastSection;
-    if (s == kNone || ct.sections[static_cast<size_t>(s)].name.view() != secName) {
+    const uint32_t kh = rule.hash(keyName);
+    int32_t s = rememberedSection(ct, secName);
+    if (s == kNone) {
         const uint32_t sh = rule.hash(secName);
-        const uint32_t kh = rule.hash(keyName);
         if (ct.twins) {
             s = findSection(ct, rule, secName, sh);
         } else {
@@ -71,7 +82,7 @@ int32_t inifile_store::lookupKey(const char* sec, const char* key) {
             return kNone;
     }
     loadKeys(*this, s);
-    return findKey(ct, rule, ct.sections[static_cast<size_t>(s)], keyName, rule.hash(keyName));
+    return findKey(ct, rule, ct.sections[static_cast<size_t>(s)], keyName, kh);
 }
 
 bool inifile_store::open(const char* path, Error& error) noexcept {
